@@ -1,0 +1,33 @@
+#pragma once
+// Call stacks as text and the common shape of a report that carries one.
+
+#include <string>
+
+class LogFile;
+
+// The symbol engine of the process: ready from static initialisation to static destruction, or never.
+class SymbolEngine {
+  public:
+    SymbolEngine();   // writes to errorLog when there are no symbols to be had
+    ~SymbolEngine();
+    [[nodiscard]] bool IsReady() const { return ready; }
+
+  private:
+    bool ready = false;
+};
+
+// The calling thread's stack, innermost first, a line each: three spaces, module, ": ", function, " - ", source file, " - Line ",
+// number. The first line is this function's own. Empty when the symbol engine is not ready; at most 64 frames.
+std::string CallStack();
+
+// Removes the first line in place and returns the same string; a text without a line break stays whole.
+std::string& SkipFirstLine(std::string& text);
+
+// The system's message for the calling thread's last error, without its last three characters.
+std::string LastErrorText();
+
+// Writes a report: message, header ("  -call stack:\n"), stack, "\n". `fromCaller` leaves the first line out.
+void WriteReport(LogFile& log, const std::string& message, const char* header, bool fromCaller);
+// The two common shapes: the whole stack under "  -call stack:\n"; the stack without its first line under `header`.
+void ReportWithStack(const std::string& message);
+void ReportMisuse(const std::string& message, const char* header = "  -call made from:\n");

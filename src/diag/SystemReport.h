@@ -1,0 +1,21 @@
+#pragma once
+// What the statistics log says of the machine before the graphics card is examined.
+
+#include <cstdint>
+
+// 0 unknown, 1 older, 2 NT 3/4, 3 95, 4 98, 5 ME, 6 2000, 7 XP, 8 2003, 9 newer.
+int OsVersionCode();
+// The same rule applied to a given version.
+int OsVersionCodeOf(unsigned major, unsigned minor, unsigned family);
+
+struct CpuRecord {
+    char name[13] = "Unknown";
+    bool mmx = false;
+    bool sse = false;
+    bool sse2 = false;
+    std::uint32_t logicalProcessors = 0;  // at least 1 once filled
+};
+// True when the processor can identify itself. The first answer is kept.
+bool CpuInfo(CpuRecord& record);
+
+void WriteSystemReport();

@@ -1,0 +1,24 @@
+#pragma once
+// Every cap on untrusted sizes, with its reason. All are far above what the formats were made for.
+
+#include <cstddef>
+#include <cstdint>
+
+namespace caps {
+
+// Cells of the square grid of a map. The largest map of the game has a few hundred cells a side; 8192 x 8192 cells take 400 MiB.
+constexpr std::int64_t mapGridCells = 8192LL * 8192LL;
+// Bytes of a dream archive, which is read into memory whole.
+constexpr std::uint64_t archiveBytes = 512ULL << 20;
+// Bytes that one LZW entry may unpack to; the same as the largest buffer tried for bzip2.
+constexpr std::size_t entryBytes = 64ULL << 20;
+// Bytes of one line from a game or file server. The longest lines known are descriptions of a few KiB.
+constexpr std::size_t serverLineBytes = 64ULL << 10;
+// Bytes of a file that the file server may announce; an archive larger than its cap would be refused anyway.
+constexpr std::int64_t downloadBytes = 512LL << 20;
+// Bytes of one block of the file server; the client asks for 4096.
+constexpr std::int64_t downloadBlockBytes = 1LL << 20;
+// Bytes of a sprite archive: 1024 images of 255 x 255 with headers are 64 MiB.
+constexpr std::uint64_t spriteArchiveBytes = 128ULL << 20;
+
+}  // namespace caps

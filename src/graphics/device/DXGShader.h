@@ -1,0 +1,59 @@
+#pragma once
+// A vertex and a fragment stage compiled from HLSL files, with the standard matrices by name.
+
+#include <memory>
+#include <string>
+
+#include "graphics/device/SharedResource_TCPP.h"
+#include "math/VectorMatrix.h"
+#include "platform/GraphicsDevice.h"
+
+namespace G {
+
+struct SShaderApiData {
+    std::unique_ptr<platform::DeviceShader> vertex;
+    std::unique_ptr<platform::DeviceShader> fragment;
+};
+struct ShaderRecord : ResType {
+    struct StandardMatrix {
+        int constant = -1;
+        bool inVertex = false;
+    };
+    bool loaded = false;
+    std::string vertexBase;
+    std::string fragmentBase;
+    SShaderApiData api;
+    StandardMatrix matrices[7];
+};
+
+class Shader : public SharedResource<ShaderRecord> {
+  public:
+    Shader() = default;
+    ~Shader() override;
+    Shader(const Shader& other) : SharedResource() { CopyFrom(other); }
+    Shader& operator=(const Shader& other) {
+        CopyFrom(other);
+        return *this;
+    }
+
+    // vertexBase + ".hlsl_v", fragmentBase + ".hlsl_f"; an empty name leaves its stage to the fixed function.
+    bool Load(const std::string& vertexBase, const std::string& fragmentBase);
+    void Set();
+    [[nodiscard]] bool IsLoaded() const { return Record() && Record()->loaded; }
+    void Release() { SRFree(); }
+
+    void SetFloat(const std::string& name, float value);
+    void SetFloatArray(const std::string& name, const float* values, unsigned count);
+    void SetVector(const std::string& name, const Vec4& value);
+    void SetVectorArray(const std::string& name, const Vec4* values, unsigned count);
+    void SetMatrix(const std::string& name, const Mat4& value, bool transpose);
+    void SetInt(const std::string& name, int value);
+
+  private:
+    void ReleaseApi() override;
+};
+
+// Writes the standard matrices into the current shader; nothing without one.
+void UpdateShaderMatrices();
+
+}  // namespace G

@@ -1,0 +1,99 @@
+#pragma once
+// Textures: handles on shared records, loaded from image files or made in memory.
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "graphics/device/SharedResource_TCPP.h"
+#include "platform/GraphicsDevice.h"
+
+namespace DXG {
+
+// What a caller asks for; after creation worked out again from the format that the device really gave.
+enum class TextureType : unsigned { Free = 0, AsFile = 1, Alpha = 2, Colour = 3, ColourAlpha = 4, CubeMap = 5 };
+
+struct STex_API_Data {
+    std::unique_ptr<platform::DeviceTexture> object;
+    platform::PixelFormat format = platform::PixelFormat::Unknown;
+    bool wrapU = true;  // true repeats, false clamps
+    bool wrapV = true;
+    bool wrapW = true;
+    unsigned filter = 2;  // 1 point, 2 linear, other non-zero anisotropic, 0 none
+};
+
+struct TextureRecord : ResType {
+    TextureType type = TextureType::Free;
+    std::string fileName;  // empty for created textures
+    unsigned imageWidth = 0;
+    unsigned imageHeight = 0;
+    unsigned width = 0;
+    unsigned height = 0;
+    unsigned depth = 1;
+    platform::TextureKind kind = platform::TextureKind::Plain;
+    bool mipmapped = false;
+    STex_API_Data api;
+};
+
+class Texture;
+
+// CPU access to level 0; unlocks at its end. Empty when the lock failed.
+class TextureLock {
+  public:
+    TextureLock() = default;
+    ~TextureLock();
+    TextureLock(TextureLock&& other) noexcept;
+    TextureLock& operator=(TextureLock&& other) noexcept;
+    TextureLock(const TextureLock&) = delete;
+    TextureLock& operator=(const TextureLock&) = delete;
+
+    explicit operator bool() const { return data[0] != nullptr; }
+    void Unlock();
+    // 0 outside the texture or without data; as 32 bits when the texture has 32 per texel, else as 16.
+    [[nodiscard]] std::uint32_t ReadTexel(int x, int y) const;
+    // Not implemented: says so for coordinates inside the texture and gives 0.
+    [[nodiscard]] std::uint32_t ReadLinear(float x, float y) const;
+
+    unsigned char* data[6] = {};  // one per face of a cube, else the first alone
+    std::size_t rowPitch[6] = {};
+    std::size_t slicePitch = 0;
+    unsigned bitsPerTexel = 0;
+    TextureRecord* record = nullptr;
+};
+
+class Texture : public SharedResource<TextureRecord> {
+  public:
+    Texture();
+    ~Texture() override;
+    Texture(const Texture& other) : Texture() { CopyFrom(other); }
+    Texture& operator=(const Texture& other) {
+        CopyFrom(other);
+        return *this;
+    }
+
+    bool Load(const std::string& fileName, TextureType type, bool mipmaps, bool smooth);
+    // Pure black becomes transparent; as file, no mipmaps, no smoothing.
+    bool LoadCC(const std::string& fileName);
+    // Sides and depth are powers of two.
+    bool Create(unsigned width, unsigned height, TextureType type, unsigned depth, bool mipmaps);
+
+    void Set(unsigned stage) const;
+    TextureLock Lock(bool readOnly) const;
+    void Release() { SRFree(); }
+
+    void SetWrap(bool u, bool v, bool w);
+    void SetFilter(unsigned filter);
+
+    [[nodiscard]] bool IsLoaded() const { return Record() != nullptr; }
+    [[nodiscard]] unsigned Width() const { return Record() ? Record()->width : 0; }
+    [[nodiscard]] unsigned Height() const { return Record() ? Record()->height : 0; }
+    [[nodiscard]] TextureType Type() const { return Record() ? Record()->type : TextureType::Free; }
+    [[nodiscard]] std::string FileName() const { return Record() ? Record()->fileName : std::string(); }
+    [[nodiscard]] bool IsSameAs(const Texture& other) const { return Record() == other.Record(); }
+
+  private:
+    void ReleaseApi() override;
+};
+
+}  // namespace DXG

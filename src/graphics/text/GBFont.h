@@ -1,0 +1,23 @@
+#pragma once
+// Font atlases: 256 character codes of the Windows western code page in a 16 x 16 grid of one texture.
+
+#include <array>
+#include <memory>
+#include <string>
+
+#include "graphics/device/DXGTexture.h"
+
+namespace G {
+
+struct FontAtlas {
+    DXG::Texture texture;  // 16 c x 16 c texels, c from 16 to 64
+    std::string faceName;
+    int pixelHeight = 0;
+    bool centred = false;
+    std::array<int, 256> widths{};  // advances in texels
+};
+
+// Shared; null, with a message, when it cannot be had. An empty face is the default one. Main thread.
+std::shared_ptr<const FontAtlas> GetFont(const std::string& faceName, float size, bool centred);
+
+}  // namespace G

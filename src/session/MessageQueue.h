@@ -1,0 +1,20 @@
+#pragma once
+// Texts on their way to the chat window, posted from any thread.
+
+#include <deque>
+#include <string>
+
+#include "diag/CThread.h"
+
+class MessageQueue {
+  public:
+    static MessageQueue& Default();
+
+    void Post(const std::string& text);
+    // False, `out` untouched, when there is none.
+    bool Pop(std::string& out);
+
+  private:
+    CriticalSection lock;  // of the queue; nothing else is called under it
+    std::deque<std::string> queue;
+};

@@ -1,0 +1,73 @@
+#pragma once
+// The game's data that the session writes and the scene, the renderers and the camera read. Main thread, but for the messages.
+
+#include <array>
+#include <cstdint>
+#include <list>
+#include <string>
+#include <vector>
+
+namespace TOLV {
+class FileGetter;
+}
+
+struct Marker {
+    int gx = 0;
+    int gy = 0;
+    std::string label;
+    std::string subLabel;
+};
+
+struct Character {
+    std::array<std::uint8_t, 10> colorDigits{};
+    int group = 0;
+    int variant = 0;
+    int facing = 0;
+    int pose = 0;
+    int gx = 0;
+    int gy = 0;
+};
+
+enum class TransferKind { Dream = 0, Portrait = 1 };
+enum class TransferDirection : std::uint8_t { Download = 0, Upload = 1 };
+
+struct Transfer {
+    TransferKind kind = TransferKind::Dream;
+    TransferDirection direction = TransferDirection::Download;
+    std::string id;
+    TOLV::FileGetter* getter = nullptr;  // owned by the entry, made by the checked allocator
+};
+
+class TolvDataManager {
+  public:
+    static TolvDataManager& Default();
+
+    void PostMessage(const std::string& text);  // any thread
+    bool PopMessage(std::string& out);
+
+    [[nodiscard]] const std::vector<Character>& GetCharacters() const { return characters; }
+    void ClearCharacters() { characters.clear(); }
+    void RemoveCharacterAt(int gx, int gy);
+    Character* FindCharacterAt(int gx, int gy);
+    void MoveCharacter(int oldGx, int oldGy, const Character& character);
+
+    [[nodiscard]] const std::vector<Marker>& GetMarkers() const { return markers; }
+    void AddMarker(const Marker& marker) { markers.push_back(marker); }
+    void RemoveMarkerAt(int gx, int gy);
+    void ClearMarkers() { markers.clear(); }
+
+    void GetViewPosition(int& gx, int& gy) const;
+    void SetViewPosition(int gx, int gy);
+
+    [[nodiscard]] const std::list<Transfer>& GetTransfers() const { return transfers; }  // newest first
+    // True when the transfer is done already: a local copy, or no connection.
+    bool StartDreamTransfer(const std::string& id, const std::string& folder);
+    void EndTransfer(const Transfer& transfer);
+
+  private:
+    int viewGx = 0;
+    int viewGy = 0;
+    std::vector<Marker> markers;
+    std::vector<Character> characters;
+    std::list<Transfer> transfers;
+};
