@@ -44,6 +44,8 @@ struct WindowRequest {
     std::string title;
     int width = 0;  // of the drawing area in pixels
     int height = 0;
+    int outerWidth = 0;  // with the frame, for systems that size windows by their outside
+    int outerHeight = 0;
 };
 
 enum class WindowFailure { None, Class, Window };
