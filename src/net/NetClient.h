@@ -13,7 +13,8 @@ namespace NET {
 
 // The process-wide lock around every socket call. Order: this lock, then a client's receive lock.
 CriticalSection& NetworkLock();
-// While it answers true, a name lookup or connect under way gives up soon. Null: never. Set by the shell.
+// While it answers true, a name lookup, a connect or a send that waits for the peer gives up soon. Null: never. Set by
+// the shell; asked from the thread that connects or sends.
 void SetConnectCancel(bool (*cancelled)());
 
 class Endpoint {
@@ -32,29 +33,40 @@ class Endpoint {
     bool socketLibraryStarted = false;
 };
 
+// A failed or misused operation says so in the error log and answers false. Everything sent and received is copied to
+// the network log, but for the lines that carry the player's name and password.
 class Client : public Endpoint {
   public:
     Client();
     ~Client() override;
 
+    // `host` is a name or four numbers divided by points; a port outside 0 to 65535 fails. Blocks through lookup and
+    // connect with the network lock held. A client that was disconnected connects again on a fresh socket.
     bool Connect(const std::string& host, int port);
+    // All of the bytes; false, and disconnected, when the peer is gone or has taken nothing for 5 seconds. False for
+    // fewer than one byte.
     bool SendData(const void* data, int length);
     // All bytes pending; false and `out` untouched when there are none.
     bool ReceiveData(std::vector<char>& out);
     void Disconnect();
     [[nodiscard]] bool IsConnected() const { return connected.load(); }
-    [[nodiscard]] unsigned PendingBytes() const;  // no lock taken
+    // Bytes that ReceiveData would give now; 0 when not connected. No lock is taken.
+    [[nodiscard]] unsigned PendingBytes() const;
 
   private:
-    static void ThreadProcedure(CThread& thread, void* self);
+    static void ThreadProcedure(CThread& thread, void* parameter);
+    bool ReceivePass();
     bool DrainSocket();
+    bool OpenFreshSocket();
+    platform::SocketStatus ConnectSocket(const std::string& host, int port, bool& resolved);
 
     std::atomic<bool> initialised{false};
     std::atomic<bool> connected{false};
     platform::Socket socket;  // under the network lock
+    bool socketUsed = false;  // a connect was tried on it; under the network lock
     CriticalSection receiveLock;
-    std::vector<char> receiveBuffer;  // under receiveLock
-    std::atomic<unsigned> pending{0}; // its size
+    std::vector<char> receiveBuffer;   // under receiveLock
+    std::atomic<unsigned> pending{0};  // its size
     CThread* worker = nullptr;
 };
 

@@ -1,5 +1,6 @@
 #pragma once
-// The game's data that the session writes and the scene, the renderers and the camera read. Main thread, but for the messages.
+// The game's data that the session writes and the scene, the renderers and the camera read. Main thread, but for the
+// messages.
 
 #include <array>
 #include <cstdint>

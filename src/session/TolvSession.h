@@ -16,17 +16,29 @@ class TolvSession {
   public:
     static TolvSession& Default();
 
+    // The game connection; null when no game scene exists.
     void SetNetClient(NET::Client* client) { netClient = client; }
     void SetWorldPort(WorldPort* port) { worldPort = port; }
     [[nodiscard]] WorldPort* GetWorldPort() const { return worldPort; }
 
+    // Once per frame: handles every line that has arrived and tells the player of a lost connection.
     void PollServer();
+    // Applies one line, without its line feed. Any bytes are allowed; a line that means nothing is ignored.
     void HandleServerLine(const std::string& line);
+    // Sends the line and a line feed; false when not connected or not sent.
     bool SendLine(const std::string& line);
+    // Directions 0 to 3 walk, 4 and 5 turn; any other sends nothing and is false.
     bool SendMove(int direction);
+    // Looks at a grid cell; false also for one so far outside the map that its numbers would break the line.
     bool SendLook(int gx, int gy);
 
   private:
+    void HandleGreeting(const std::string& line);
+    void HandleLoginWait(const std::string& line);
+    void HandleGameLine(const std::string& line);
+    void ChangeFloor(const std::string& line);
+    void ChangeMap(const std::string& line);
+
     NET::Client* netClient = nullptr;
     WorldPort* worldPort = nullptr;
     bool greetingPhase = true;

@@ -1,0 +1,96 @@
+#include "session/TolvDataManager.h"
+
+#include <algorithm>
+
+#include "diag/CMemMan.h"
+#include "diag/CallStack.h"
+#include "session/MessageQueue.h"
+#include "session/TolvFileGetter.h"
+
+namespace {
+
+// The first of a list that stands at the cell, else its end.
+template <typename List>
+auto FirstAt(List& list, int gx, int gy) {
+    return std::find_if(list.begin(), list.end(), [&](const auto& entry) { return entry.gx == gx && entry.gy == gy; });
+}
+
+template <typename List>
+void RemoveFirstAt(List& list, int gx, int gy) {
+    const auto found = FirstAt(list, gx, gy);
+    if (found != list.end()) list.erase(found);
+}
+
+}  // namespace
+
+TolvDataManager& TolvDataManager::Default() {
+    static TolvDataManager manager;
+    return manager;
+}
+
+void TolvDataManager::PostMessage(const std::string& text) {
+    MessageQueue::Default().Post(text);
+}
+bool TolvDataManager::PopMessage(std::string& out) {
+    return MessageQueue::Default().Pop(out);
+}
+
+void TolvDataManager::RemoveCharacterAt(int gx, int gy) {
+    RemoveFirstAt(characters, gx, gy);
+}
+
+Character* TolvDataManager::FindCharacterAt(int gx, int gy) {
+    const auto found = FirstAt(characters, gx, gy);
+    return found != characters.end() ? &*found : nullptr;
+}
+
+void TolvDataManager::MoveCharacter(int oldGx, int oldGy, const Character& character) {
+    const Character moved = character;  // the caller's may be the one that is removed
+    RemoveCharacterAt(oldGx, oldGy);
+    if (Character* const standing = FindCharacterAt(moved.gx, moved.gy))
+        *standing = moved;
+    else
+        characters.push_back(moved);
+}
+
+void TolvDataManager::RemoveMarkerAt(int gx, int gy) {
+    RemoveFirstAt(markers, gx, gy);
+}
+
+void TolvDataManager::GetViewPosition(int& gx, int& gy) const {
+    gx = viewGx;
+    gy = viewGy;
+}
+
+void TolvDataManager::SetViewPosition(int gx, int gy) {
+    viewGx = gx;
+    viewGy = gy;
+}
+
+bool TolvDataManager::StartDreamTransfer(const std::string& id, const std::string& folder) {
+    TOLV::FileGetter* const getter = new2<TOLV::FileGetter>(
+        {"TOLV::FileGetter", "TOLV::FileGetter(id,path)", "TolvDataManager", __LINE__}, id, folder);
+    if (!getter) return true;
+    transfers.push_front({TransferKind::Dream, TransferDirection::Download, id, getter});
+    return getter->IsDone();
+}
+
+void TolvDataManager::EndTransfer(const Transfer& transfer) {
+    const auto found = std::find_if(transfers.begin(), transfers.end(), [&](const Transfer& entry) {
+        return entry.id == transfer.id && entry.getter == transfer.getter;
+    });
+    if (found == transfers.end()) {
+        std::string report = "Attempt to end a transfer that doesn't exist.\n";
+        report += "  -transfer type: ";
+        report += transfer.direction == TransferDirection::Download ? "download " : "upload ";
+        report += transfer.kind == TransferKind::Dream ? "dream" : "portrait";
+        report += "\n";
+        report += "  -transfer ID: " + transfer.id + "\n";
+        ReportWithStack(report);
+        return;
+    }
+    // `transfer` may be the entry itself.
+    TOLV::FileGetter* const getter = found->getter;
+    transfers.erase(found);
+    delete2(getter, "TolvDataManager", __LINE__);
+}
