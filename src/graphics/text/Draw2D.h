@@ -1,5 +1,6 @@
 #pragma once
-// Textured and coloured rectangles in screen pixels. Shaders are unbound; depth testing is off for the call.
+// Textured and coloured rectangles in screen pixels. Shaders are unbound; depth testing is off for the call. An empty
+// texture is reported and nothing is drawn. Main thread.
 
 #include <cstdint>
 

@@ -10,14 +10,15 @@
 namespace G {
 
 struct FontAtlas {
-    DXG::Texture texture;  // 16 c x 16 c texels, c from 16 to 64
+    DXG::Texture texture;  // 16 c x 16 c texels, c from 16 to 64; empty once the graphics foundation was shut down
     std::string faceName;
     int pixelHeight = 0;
     bool centred = false;
     std::array<int, 256> widths{};  // advances in texels
 };
 
-// Shared; null, with a message, when it cannot be had. An empty face is the default one. Main thread.
+// Shared; null, with a message, when it cannot be had. An empty face is the default one. Sizes of one class (16 to 21,
+// say) share an atlas. Main thread.
 std::shared_ptr<const FontAtlas> GetFont(const std::string& faceName, float size, bool centred);
 
 }  // namespace G

@@ -1,38 +1,16 @@
 #pragma once
-// A piece of text on the screen: one quad per character, rebuilt only when the text or its layout changed.
+// A piece of text on the screen: one quad per character, rebuilt only when the text or its layout changed. Main thread.
 
-#include <cstdint>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "diag/Vary.h"
 #include "graphics/device/DXGVert.h"
+#include "graphics/text/TextLayout.h"
 
 namespace G {
 
 struct FontAtlas;
-
-// From the character at `index` on, the text has this colour (A8R8G8B8).
-struct ColourChange {
-    std::uint32_t index = 0;
-    std::uint32_t colour = 0;
-};
-
-// A text with its colour changes in increasing order, built piece by piece.
-struct ColouredText {
-    std::string text;
-    std::vector<ColourChange> changes;
-
-    ColouredText& Colour(std::uint32_t argb) {
-        changes.push_back({static_cast<std::uint32_t>(text.size()), argb});
-        return *this;
-    }
-    ColouredText& Add(const std::string& piece) {
-        text += piece;
-        return *this;
-    }
-};
 
 class Text {
   public:
@@ -43,24 +21,35 @@ class Text {
 
     void SetText(const Vary& content);
     void SetText(const ColouredText& content);
-    void SetPosition(float x, float y);
-    void SetSize(float size);  // of a line and a quad, and the size asked of the font
+    void SetPosition(float x, float y);  // of the first line's top left corner, in pixels
+    void SetSize(float size);            // of a line and a quad, and the size asked of the font
+    // `size` is asked of the font alone; at most 31 characters of name, empty for the default face.
     void SetFont(const std::string& faceName, float size, bool centred);
-    void SetWrapWidth(float width);  // 0: none
-    void SetFixedAdvance(float advance);
+    void SetWrapWidth(float width);       // in pixels; 0: none
+    void SetFixedAdvance(float advance);  // of centred fonts, as a fraction of the size
     void SetDynamic(bool isDynamic) { dynamic = isDynamic; }
 
-    // Width and height of the wrapped text in pixels; keeps the height.
+    // Width and height of the wrapped text in pixels, 0 when the font cannot be had; keeps the height.
     void Measure(float& width, float& height);
-    [[nodiscard]] float Height() const { return height; }
+    [[nodiscard]] float Height() const { return height; }  // as last measured or drawn
     [[nodiscard]] const std::string& Content() const { return text.text; }
     [[nodiscard]] float X() const { return x; }
     [[nodiscard]] float Y() const { return y; }
 
+    // Nothing for an empty text. Leaves face culling off.
     void Draw();
 
   private:
-    bool BuildQuads(const FontAtlas& atlas);
+    // Takes over a value that the quads depend on.
+    template <typename Value>
+    void Change(Value& field, const Value& value) {
+        if (field == value) return;
+        field = value;
+        built = false;
+    }
+    [[nodiscard]] TextMetrics MetricsIn(const FontAtlas& font) const;
+    bool BuildQuads(const FontAtlas& font);
+    bool MakeRoom();
 
     ColouredText text;
     float x = 0.0F;
@@ -71,7 +60,7 @@ class Text {
     float fixedAdvance = 0.5F;
     std::string faceName;
     bool centred = false;
-    std::shared_ptr<const FontAtlas> atlas;
+    std::shared_ptr<const FontAtlas> atlas;  // the one that the quads were built for
     bool dynamic = false;
     float height = 0.0F;
     DXG::VertexBuffer quads;
