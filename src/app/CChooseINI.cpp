@@ -36,13 +36,14 @@ CChooseINI::CChooseINI() {
     CollectEntries();
     if (entries.empty()) {
         errorLog.Write("No valid player .ini files found.\n");
-        listText.SetText(
-            Vary("ERROR: No valid player .ini files found.\n\nPlease verify that you put Kelvane inside of Tolvarin's\n   "
-                 "Directory, as it relies on some of Tolvarin's data files."));
+        listText.SetText(Vary(
+            "ERROR: No valid player .ini files found.\n\nPlease verify that you put Kelvane inside of Tolvarin's\n   "
+            "Directory, as it relies on some of Tolvarin's data files."));
         listText.SetPosition(200.0F, 300.0F);
     } else {
         std::string list;
-        for (const Entry& entry : entries) list += entry.display + "\n\n";
+        for (const Entry& entry : entries)
+            list += entry.display + "\n\n";
         listText.SetText(Vary(list));
         listText.SetPosition(310.0F, 250.0F);
     }
@@ -85,6 +86,7 @@ void CChooseINI::Render() {
     DXG::Set2DWholeBackBuffer();
     listText.Draw();
     if (!entries.empty() && marker.IsLoaded())
-        G::DrawTexture(marker, std::sin(markerPhase) * 8.0F + 270.0F, static_cast<float>(selected * 32 + 250 - 12), 1.0F);
+        G::DrawTexture(marker, std::sin(markerPhase) * 8.0F + 270.0F, static_cast<float>(selected * 32 + 250 - 12),
+                       1.0F);
     banner.Draw();
 }

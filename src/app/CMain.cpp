@@ -25,7 +25,7 @@ constexpr std::uint8_t keyRightControl = 0x9D;
 constexpr std::uint32_t black = 0xFF000000U;
 constexpr std::uint32_t white = 0xFFFFFFFFU;
 constexpr std::uint32_t lightRed = 0xFFFFBFBFU;
-constexpr std::uint32_t lightBlue = 0xFFBFBFFFU;   // red and green 0.75 of 255, cut off
+constexpr std::uint32_t lightBlue = 0xFFBFBFFFU;  // red and green 0.75 of 255, cut off
 constexpr std::uint32_t lightGreen = 0xFFBFFFBFU;
 constexpr std::uint32_t failureColour = 0xFFDC9696U;
 constexpr std::uint32_t backdrop = 0x50444444U;
@@ -33,11 +33,15 @@ constexpr float pixelsOfScroll = 224.0F;
 
 std::uint32_t ChatColourOf(char first) {
     switch (first) {
-        case '*': return lightRed;
-        case '[': return lightBlue;
+        case '*':
+            return lightRed;
+        case '[':
+            return lightBlue;
         case '(':
-        case '>': return lightGreen;
-        default: return white;
+        case '>':
+            return lightGreen;
+        default:
+            return white;
     }
 }
 
@@ -45,20 +49,29 @@ std::uint32_t ChatColourOf(char first) {
 int MoveDirectionOf(std::uint8_t code) {
     switch (code) {
         case typed::pageUp:
-        case typed::up: return 0;
+        case typed::up:
+            return 0;
         case typed::home:
-        case typed::left: return 1;
+        case typed::left:
+            return 1;
         case typed::end:
-        case typed::down: return 2;
+        case typed::down:
+            return 2;
         case typed::pageDown:
-        case typed::right: return 3;
-        case typed::remove: return 4;
-        case typed::insert: return 5;
-        default: return -1;
+        case typed::right:
+            return 3;
+        case typed::remove:
+            return 4;
+        case typed::insert:
+            return 5;
+        default:
+            return -1;
     }
 }
 
-bool IsInScrollBar(int x, int y) { return x >= 741 && x <= 763 && y >= 301 && y <= 555; }
+bool IsInScrollBar(int x, int y) {
+    return x >= 741 && x <= 763 && y >= 301 && y <= 555;
+}
 
 }  // namespace
 
@@ -111,14 +124,15 @@ void CMain::ConnectToServer() {
         errorLog.Write("Failed to load tolv's ip and port from file.\n");
         textWindow->AddLine(ColouredChat("Failed to load tolv's ip and port from \\data\\tolv_ip.txt file.\n"));
     }
-    textWindow->AddLine(ColouredChat(netClient.Connect(address, port) ? "Connected to server.\n"
-                                                                      : "CONNECTION TO SERVER FAILED.\n"));
+    textWindow->AddLine(
+        ColouredChat(netClient.Connect(address, port) ? "Connected to server.\n" : "CONNECTION TO SERVER FAILED.\n"));
 }
 
 CMain::~CMain() {
     delete2(textWindow, "CMain", 115);
     TolvDataManager& data = TolvDataManager::Default();
-    while (!data.GetTransfers().empty()) data.EndTransfer(data.GetTransfers().front());
+    while (!data.GetTransfers().empty())
+        data.EndTransfer(data.GetTransfers().front());
     TolvRenderer::Shutdown();
     TolvSession::Default().SetWorldPort(nullptr);
     TolvSession::Default().SetNetClient(nullptr);
@@ -141,7 +155,8 @@ void CMain::Update(float seconds) {
 
 void CMain::ShowMessages() {
     std::string message;
-    while (TolvDataManager::Default().PopMessage(message)) textWindow->AddLine(ColouredChat(message));
+    while (TolvDataManager::Default().PopMessage(message))
+        textWindow->AddLine(ColouredChat(message));
 }
 
 void CMain::TakeTyped() {

@@ -42,8 +42,8 @@ class CMain : public Scene {
     bool draggingScroll = false;
 };
 
-// The line that goes to the server for what the player typed: a backquote sends the rest raw, a slash whispers, a colon emotes,
-// anything else is spoken.
+// The line that goes to the server for what the player typed: a backquote sends the rest raw, a slash whispers, a colon
+// emotes, anything else is spoken.
 std::string WireLineOf(const std::string& typedLine);
 
 // Chat text with its colours: the first character of each line picks one.

@@ -43,11 +43,15 @@ bool IsRefused(std::uint32_t command) {
     return false;
 }
 
-bool KnowsAllPriorities() { return OsVersionCode() > lastOldSystem; }
+bool KnowsAllPriorities() {
+    return OsVersionCode() > lastOldSystem;
+}
 
 // The window whose closing gives up a name lookup or a connect under way.
 platform::Window* watchedWindow = nullptr;
-bool IsClosing() { return watchedWindow && watchedWindow->CloseWanted(); }
+bool IsClosing() {
+    return watchedWindow && watchedWindow->CloseWanted();
+}
 
 }  // namespace
 
@@ -129,9 +133,10 @@ void MainGame::RunLoop() {
         if (HandleMessage()) continue;
         if (DXG::HasFailed()) {
             run.Stop();
-            errorLog.Write("The "
-                           "graphics "
-                           "foundation has reported an unrecoverable error.  Program shut down.\n");
+            errorLog.Write(
+                "The "
+                "graphics "
+                "foundation has reported an unrecoverable error.  Program shut down.\n");
             continue;
         }
         const std::int64_t now = platform::CounterValue();
@@ -191,7 +196,8 @@ void MainGame::WindowProcedure(platform::Window& target, const platform::WindowM
     if (ShellInput::Default().CollectTyped(message)) return;
     if (ShellInput::Default().CollectMouse(message)) return;
     switch (message.kind) {
-        case MessageKind::Paint: return;
+        case MessageKind::Paint:
+            return;
         case MessageKind::SystemCommand:
             if (IsRefused(message.command)) return;
             break;
@@ -206,7 +212,8 @@ void MainGame::WindowProcedure(platform::Window& target, const platform::WindowM
             SceneManager::Default().RemoveAllScenes();
             target.PostQuit(0);
             return;
-        default: break;
+        default:
+            break;
     }
     target.DefaultProcedure(message);
 }

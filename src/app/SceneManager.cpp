@@ -17,12 +17,14 @@ namespace {
 
 constexpr std::uint8_t keyF11 = 87;
 constexpr std::uint32_t black = 0xFF000000U;
-constexpr float longestStep = 0.25F;      // seconds a scene is told of at most
-constexpr float firstStep = 0.001F;       // what a scene's first update gets
+constexpr float longestStep = 0.25F;  // seconds a scene is told of at most
+constexpr float firstStep = 0.001F;   // what a scene's first update gets
 constexpr const char* module = "SceneManager";
 
 // Whole numbers of reports and displays are cut off, not rounded; what no int can hold becomes 0.
-int Truncated(float value) { return value > -2147483648.0F && value < 2147483648.0F ? static_cast<int>(value) : 0; }
+int Truncated(float value) {
+    return value > -2147483648.0F && value < 2147483648.0F ? static_cast<int>(value) : 0;
+}
 
 }  // namespace
 
@@ -58,7 +60,8 @@ void SceneManager::RemoveScene() {
 }
 
 void SceneManager::RemoveAllScenes() {
-    while (!scenes.empty()) RemoveScene();
+    while (!scenes.empty())
+        RemoveScene();
     if (statisticsWritten) return;
     statisticsWritten = true;
     WriteStatistics();
@@ -136,8 +139,8 @@ void SceneManager::UpdateTop(float seconds) {
 void SceneManager::CountUpdate(float seconds) {
     if (statisticsWritten || scenes.empty()) return;
     const std::string name = scenes.back()->GetName();
-    const auto known =
-        std::find_if(statistics.begin(), statistics.end(), [&name](const SceneStats& stats) { return stats.name == name; });
+    const auto known = std::find_if(statistics.begin(), statistics.end(),
+                                    [&name](const SceneStats& stats) { return stats.name == name; });
     if (known == statistics.end()) {
         statistics.push_back({name, 1, seconds});
         return;

@@ -44,7 +44,8 @@ void KeyboardStateManager::Poll() {
     previous = current;
     std::uint8_t state[256];
     if (!table->Read(state)) return;
-    for (std::size_t code = 0; code < current.size(); ++code) current[code] = state[code] != 0;
+    for (std::size_t code = 0; code < current.size(); ++code)
+        current[code] = state[code] != 0;
 }
 
 void KeyboardStateManager::Stop() {

@@ -9,17 +9,28 @@ constexpr int wheelNotch = 120;
 // 0 for a key that is not queued. Codes as in platform/KeyTable.h.
 std::uint8_t QueueCodeOf(std::uint8_t scanCode) {
     switch (scanCode) {
-        case 0xD2: return typed::insert;
-        case 0xD3: return typed::remove;
-        case 0xC7: return typed::home;
-        case 0xCF: return typed::end;
-        case 0xC9: return typed::pageUp;
-        case 0xD1: return typed::pageDown;
-        case 0xC8: return typed::up;
-        case 0xD0: return typed::down;
-        case 0xCB: return typed::left;
-        case 0xCD: return typed::right;
-        default: return 0;
+        case 0xD2:
+            return typed::insert;
+        case 0xD3:
+            return typed::remove;
+        case 0xC7:
+            return typed::home;
+        case 0xCF:
+            return typed::end;
+        case 0xC9:
+            return typed::pageUp;
+        case 0xD1:
+            return typed::pageDown;
+        case 0xC8:
+            return typed::up;
+        case 0xD0:
+            return typed::down;
+        case 0xCB:
+            return typed::left;
+        case 0xCD:
+            return typed::right;
+        default:
+            return 0;
     }
 }
 
@@ -60,10 +71,17 @@ bool ShellInput::CollectMouse(const platform::WindowMessage& message) {
             rightClicked = true;
             rightHeld = true;
             return true;
-        case platform::MessageKind::LeftUp: leftHeld = false; return false;
-        case platform::MessageKind::RightUp: rightHeld = false; return false;
-        case platform::MessageKind::Wheel: wheelSteps = -message.wheelDelta / wheelNotch; return false;
-        default: return false;
+        case platform::MessageKind::LeftUp:
+            leftHeld = false;
+            return false;
+        case platform::MessageKind::RightUp:
+            rightHeld = false;
+            return false;
+        case platform::MessageKind::Wheel:
+            wheelSteps = -message.wheelDelta / wheelNotch;
+            return false;
+        default:
+            return false;
     }
 }
 

@@ -121,7 +121,8 @@ constexpr Pair pairs[] = {
 
 constexpr std::array<std::uint8_t, SDL_NUM_SCANCODES> MakeTable() {
     std::array<std::uint8_t, SDL_NUM_SCANCODES> codes{};
-    for (const Pair& pair : pairs) codes[pair.sdl] = pair.code;
+    for (const Pair& pair : pairs)
+        codes[pair.sdl] = pair.code;
     return codes;
 }
 constexpr auto table = MakeTable();
@@ -133,6 +134,8 @@ std::uint8_t ScanCodeOf(SDL_Scancode scancode) {
     return index < table.size() ? table[index] : 0;
 }
 
-bool IsExtendedKey(SDL_Scancode scancode) { return ScanCodeOf(scancode) >= 128 && scancode != SDL_SCANCODE_PAUSE; }
+bool IsExtendedKey(SDL_Scancode scancode) {
+    return ScanCodeOf(scancode) >= 128 && scancode != SDL_SCANCODE_PAUSE;
+}
 
 }  // namespace platform

@@ -1,5 +1,6 @@
 #pragma once
-// Keyboard scan codes of the key table from SDL's: the codes of the AT keyboard's set 1, with bit 7 for its extended keys.
+// Keyboard scan codes of the key table from SDL's: the codes of the AT keyboard's set 1, with bit 7 for its extended
+// keys.
 
 #include <SDL_scancode.h>
 

@@ -30,7 +30,8 @@ class SdlKeyTable : public KeyTable {
         if (!Poll()) return false;
         int count = 0;
         const Uint8* keys = SDL_GetKeyboardState(&count);
-        for (int i = 0; i < 256; ++i) state[i] = 0;
+        for (int i = 0; i < 256; ++i)
+            state[i] = 0;
         for (int i = 0; i < count; ++i)
             if (keys[i]) state[ScanCodeOf(static_cast<SDL_Scancode>(i))] = 0x80;
         state[0] = 0;  // keys without a code

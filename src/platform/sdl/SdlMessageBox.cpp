@@ -40,7 +40,8 @@ class Pen {
     Pen() : face(OpenFont("Liberation Sans", glyphHeight)) {}
 
     int Write(SDL_Surface* surface, int x, int y, const std::string& text) {
-        for (const char character : text) x += Glyph(surface, x, y, static_cast<unsigned char>(character));
+        for (const char character : text)
+            x += Glyph(surface, x, y, static_cast<unsigned char>(character));
         return x;
     }
     int Width(const std::string& text) { return Write(nullptr, 0, 0, text); }
@@ -60,7 +61,8 @@ class Pen {
                 }
         if (last < first) return spaceAdvance;
         for (int row = 0; surface && row < glyphCell; ++row)
-            for (int column = first; column <= last; ++column) Blend(surface, x + column - first, y + row, At(column, row));
+            for (int column = first; column <= last; ++column)
+                Blend(surface, x + column - first, y + row, At(column, row));
         return last - first + 2;
     }
     [[nodiscard]] std::uint8_t At(int column, int row) const {
@@ -85,7 +87,8 @@ class Pen {
 std::vector<std::string> LinesOf(const std::string& text) {
     std::vector<std::string> lines;
     std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) lines.push_back(line);
+    for (std::string line; std::getline(stream, line);)
+        lines.push_back(line);
     return lines;
 }
 
@@ -111,14 +114,16 @@ class Box {
             while (SDL_PollEvent(&event));
         }
         SDL_DestroyWindow(window);
-        for (SDL_Event& event : others) SDL_PushEvent(&event);
+        for (SDL_Event& event : others)
+            SDL_PushEvent(&event);
         return answer;
     }
 
   private:
     bool Open(const std::string& caption, SDL_Window* owner) {
         int textWidth = 0;
-        for (const std::string& line : lines) textWidth = std::max(textWidth, pen.Width(line));
+        for (const std::string& line : lines)
+            textWidth = std::max(textWidth, pen.Width(line));
         const int count = static_cast<int>(buttons.size());
         const int buttonsWidth = count * buttonWidth + (count - 1) * margin / 2;
         const int width = std::max(textWidth, buttonsWidth) + 2 * margin;

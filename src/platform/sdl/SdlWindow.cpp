@@ -56,7 +56,8 @@ class SdlWindow : public Window {
     }
 
     void DefaultProcedure(const WindowMessage& message) override {
-        if (message.kind == MessageKind::SystemCommand && message.command == commandMinimise) SDL_MinimizeWindow(window);
+        if (message.kind == MessageKind::SystemCommand && message.command == commandMinimise)
+            SDL_MinimizeWindow(window);
         if (message.kind != MessageKind::Close || destroyed) return;
         // The system's window itself stays until this object goes, because the graphics device still draws on it.
         SDL_HideWindow(window);
@@ -121,7 +122,9 @@ class SdlWindow : public Window {
 
 void SdlWindow::Translate(const SDL_Event& event) {
     switch (event.type) {
-        case SDL_QUIT: Push(MessageKind::Close); break;
+        case SDL_QUIT:
+            Push(MessageKind::Close);
+            break;
         case SDL_WINDOWEVENT:
             if (event.window.windowID == mainWindowId) TranslateWindowEvent(event.window);
             break;
@@ -129,8 +132,12 @@ void SdlWindow::Translate(const SDL_Event& event) {
             for (const char character : WindowsBytesOf(event.text.text))
                 PushCharacter(static_cast<unsigned char>(character));
             break;
-        case SDL_KEYDOWN: TranslateKey(event.key); break;
-        case SDL_MOUSEMOTION: PushMouse(MessageKind::MouseMove, event.motion.x, event.motion.y); break;
+        case SDL_KEYDOWN:
+            TranslateKey(event.key);
+            break;
+        case SDL_MOUSEMOTION:
+            PushMouse(MessageKind::MouseMove, event.motion.x, event.motion.y);
+            break;
         case SDL_MOUSEBUTTONDOWN:
         case SDL_MOUSEBUTTONUP: {
             const bool down = event.type == SDL_MOUSEBUTTONDOWN;
@@ -148,17 +155,27 @@ void SdlWindow::Translate(const SDL_Event& event) {
             waiting.push_back(message);
             break;
         }
-        default: break;
+        default:
+            break;
     }
 }
 
 void SdlWindow::TranslateWindowEvent(const SDL_WindowEvent& event) {
     switch (event.event) {
-        case SDL_WINDOWEVENT_CLOSE: Push(MessageKind::Close); break;
-        case SDL_WINDOWEVENT_FOCUS_GAINED: PushActivate(true); break;
-        case SDL_WINDOWEVENT_FOCUS_LOST: PushActivate(false); break;
-        case SDL_WINDOWEVENT_EXPOSED: Push(MessageKind::Paint); break;
-        default: break;
+        case SDL_WINDOWEVENT_CLOSE:
+            Push(MessageKind::Close);
+            break;
+        case SDL_WINDOWEVENT_FOCUS_GAINED:
+            PushActivate(true);
+            break;
+        case SDL_WINDOWEVENT_FOCUS_LOST:
+            PushActivate(false);
+            break;
+        case SDL_WINDOWEVENT_EXPOSED:
+            Push(MessageKind::Paint);
+            break;
+        default:
+            break;
     }
 }
 
@@ -171,12 +188,21 @@ void SdlWindow::TranslateKey(const SDL_KeyboardEvent& event) {
     waiting.push_back(message);
     // SDL's text input leaves out the control characters that these keys type.
     switch (scancode) {
-        case SDL_SCANCODE_BACKSPACE: PushCharacter(8); break;
-        case SDL_SCANCODE_TAB: PushCharacter(9); break;
+        case SDL_SCANCODE_BACKSPACE:
+            PushCharacter(8);
+            break;
+        case SDL_SCANCODE_TAB:
+            PushCharacter(9);
+            break;
         case SDL_SCANCODE_RETURN:
-        case SDL_SCANCODE_KP_ENTER: PushCharacter(13); break;
-        case SDL_SCANCODE_ESCAPE: PushCharacter(27); break;
-        default: break;
+        case SDL_SCANCODE_KP_ENTER:
+            PushCharacter(13);
+            break;
+        case SDL_SCANCODE_ESCAPE:
+            PushCharacter(27);
+            break;
+        default:
+            break;
     }
 }
 
@@ -191,7 +217,7 @@ unsigned DesktopDepth() {
 
 std::unique_ptr<Window> CreateMainWindow(const WindowRequest& request, WindowFailure& failure) {
     failure = WindowFailure::Class;
-    SDL_SetHint(SDL_HINT_VIDEO_X11_WMCLASS, request.className.c_str());
+    SDL_setenv("SDL_VIDEO_X11_WMCLASS", request.className.c_str(), 0);
     SDL_SetHint(SDL_HINT_APP_NAME, request.className.c_str());
     SDL_SetHint(SDL_HINT_MOUSE_FOCUS_CLICKTHROUGH, "1");
     SDL_SetMainReady();
