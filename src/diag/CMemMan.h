@@ -1,11 +1,12 @@
 #pragma once
 // The checked allocator: every object that outlives one function is made by new2 and freed by delete2.
 //
-// A block in memory: 8 guard bytes 0xA5, the user's bytes, 8 guard bytes 0xA5. Each live block has a record with its declaration
-// text and the place that made it; what is left at the end of the run is listed in the error log.
+// A block in memory: 8 guard bytes 0xA5, the user's bytes, 8 guard bytes 0xA5. Each live block has a record with its
+// declaration text and the place that made it; what is left at the end of the run is listed in the error log.
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <mutex>
 #include <new>
 #include <string>
@@ -39,7 +40,8 @@ class MemoryManager {
     static MemoryManager& Default();
 
     void CheckDeclaration(const AllocationSite& site);
-    void Register(Kind kind, void* user, void* raw, std::size_t userBytes, std::size_t count, const AllocationSite& site);
+    void Register(Kind kind, void* user, void* raw, std::size_t userBytes, std::size_t count,
+                  const AllocationSite& site);
     // Checks a delete and forgets the block; says what to destroy and free. Kind::None: nothing.
     Release CheckDelete(Kind expected, void* user, const char* module, unsigned line);
     void CheckAll();
@@ -48,6 +50,8 @@ class MemoryManager {
 
     [[nodiscard]] bool HasCriticalError() const;
     [[nodiscard]] std::size_t LiveBlocks() const;
+    // True when the address lies within the user bytes of a live block.
+    [[nodiscard]] bool Holds(const void* address) const;
 
   private:
     struct Record {
@@ -63,7 +67,13 @@ class MemoryManager {
         Record* next;
     };
     bool CheckGuards(const Record& record);
+    struct LeakTotal {
+        std::uint64_t bytes = 0;
+        std::size_t count = 0;
+    };
     void ReportDamage(const Record& record, const char* stackHeader);
+    void ReportWrongForm(const Record& record, const char* module, unsigned line);
+    LeakTotal ListLeaks();  // writes the list and frees the records
 
     mutable std::recursive_mutex lock;  // of everything below; taken before the error log's own
     bool criticalError = false;
@@ -74,12 +84,16 @@ class MemoryManager {
 namespace checked {
 void* AllocateRaw(std::size_t userBytes);  // null when there is no memory
 void FreeRaw(void* raw);
-inline void* UserOf(void* raw) { return raw ? static_cast<unsigned char*>(raw) + MemoryManager::guardBytes : nullptr; }
+inline void* UserOf(void* raw) {
+    return raw ? static_cast<unsigned char*>(raw) + MemoryManager::guardBytes : nullptr;
+}
 
+// The start of the whole object that a base pointer belongs to. A pointer outside every live block is not followed, so
+// that a second delete can be reported.
 template <typename T>
 void* WholeObject(T* object) {
     if constexpr (std::is_polymorphic_v<T>)
-        return object ? dynamic_cast<void*>(object) : nullptr;
+        return MemoryManager::Default().Holds(object) ? dynamic_cast<void*>(object) : object;
     else
         return object;
 }
@@ -93,8 +107,9 @@ T* new2(const AllocationSite& site, Arguments&&... arguments) {
     manager.CheckDeclaration(site);
     void* raw = checked::AllocateRaw(sizeof(T));
     void* user = checked::UserOf(raw);
+    T* object = user ? ::new (user) T(std::forward<Arguments>(arguments)...) : nullptr;
     manager.Register(MemoryManager::Kind::Object, user, raw, sizeof(T), 1, site);
-    return user ? ::new (user) T(std::forward<Arguments>(arguments)...) : nullptr;
+    return object;
 }
 
 // Makes `count` value-initialised elements. Null without memory or when the size would overflow.
@@ -103,8 +118,9 @@ T* new2Array(const AllocationSite& site, std::size_t count) {
     static_assert(alignof(T) <= MemoryManager::guardBytes, "a checked block is aligned to 8 bytes");
     void* raw = count <= 0xFFFFFFFFU / sizeof(T) ? checked::AllocateRaw(count * sizeof(T)) : nullptr;
     T* user = static_cast<T*>(checked::UserOf(raw));
+    for (std::size_t i = 0; user && i < count; ++i)
+        ::new (user + i) T();
     MemoryManager::Default().Register(MemoryManager::Kind::Array, user, raw, count * sizeof(T), count, site);
-    for (std::size_t i = 0; user && i < count; ++i) ::new (user + i) T();
     return user;
 }
 
@@ -114,14 +130,17 @@ void Release(MemoryManager::Kind expected, T* object, const char* module, unsign
     const MemoryManager::Release release =
         MemoryManager::Default().CheckDelete(expected, WholeObject(object), module, line);
     if (release.kind == MemoryManager::Kind::None) return;
-    if (release.kind == MemoryManager::Kind::Object) object->~T();
+    if (release.kind == MemoryManager::Kind::Object)
+        object->~T();
     else
-        for (std::size_t i = 0; i < release.count; ++i) object[i].~T();
+        for (std::size_t i = 0; i < release.count; ++i)
+            object[i].~T();
     FreeRaw(release.raw);
 }
 }  // namespace checked
 
-// Destroys and frees what new2 made; a null or unknown pointer is reported and left alone. Module and line are the caller's.
+// Destroys and frees what new2 made; a null or unknown pointer is reported and left alone. Module and line are the
+// caller's.
 template <typename T>
 void delete2(T* object, const char* module, unsigned line) {
     checked::Release(MemoryManager::Kind::Object, object, module, line);

@@ -6,10 +6,13 @@
 #include <vector>
 
 #include "diag/CThread.h"
+#include "platform/Clock.h"
 
 class CProfiler {
   public:
-    explicit CProfiler(std::string fileName = "_profile.txt");
+    using Counter = std::int64_t (*)();
+    // `counter` counts in units of platform::CounterFrequency(); 0 means that the system has none.
+    explicit CProfiler(std::string fileName = "_profile.txt", Counter counter = platform::CounterValue);
     ~CProfiler();  // writes the report
     CProfiler(const CProfiler&) = delete;
     CProfiler& operator=(const CProfiler&) = delete;
@@ -32,9 +35,11 @@ class CProfiler {
         int samples = 0;
     };
     Section* Find(const std::string& name);
+    void Append(const std::string& piece);
     void WriteReport();
 
     const std::string fileName;
+    const Counter counter;
     bool enabled = false;
     std::int64_t createdAt = 0;
     CriticalSection lock;  // of the sections

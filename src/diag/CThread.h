@@ -4,6 +4,7 @@
 #include <atomic>
 #include <mutex>
 #include <string>
+#include <thread>
 
 // A lock of the process; the owning thread may take it again.
 class CriticalSection {
@@ -29,7 +30,8 @@ class ScopedLock {
     CriticalSection* section;
 };
 
-// A thread that starts at once. Its procedure runs until TerminationRequested() or the end of its own work, then returns.
+// A thread that starts at once. Its procedure runs until TerminationRequested() or the end of its own work, then
+// returns.
 class CThread {
   public:
     using Procedure = void (*)(CThread& thread, void* parameter);
@@ -46,8 +48,10 @@ class CThread {
 
   private:
     static void Entry(void* startRecord);
+    void WarnOfLongWait() const;
 
-    std::atomic<bool> running{false};  // cleared by the thread as its last act
+    std::atomic<bool> running{false};  // cleared by the thread as the last thing it does to this object
     std::atomic<bool> terminationRequested{false};
-    std::string name;
+    const std::string name;
+    std::thread worker;
 };

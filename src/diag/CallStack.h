@@ -5,19 +5,22 @@
 
 class LogFile;
 
-// The symbol engine of the process: ready from static initialisation to static destruction, or never.
+// The symbol engine of the process: ready from static initialisation to static destruction, or never. Its state is one
+// for the whole process; a second object (tests) starts it again and takes its place.
 class SymbolEngine {
   public:
-    SymbolEngine();   // writes to errorLog when there are no symbols to be had
+    using Starter = bool (*)();
+    SymbolEngine();  // writes to errorLog when there are no symbols to be had
+    explicit SymbolEngine(Starter start);
     ~SymbolEngine();
-    [[nodiscard]] bool IsReady() const { return ready; }
-
-  private:
-    bool ready = false;
+    SymbolEngine(const SymbolEngine&) = delete;
+    SymbolEngine& operator=(const SymbolEngine&) = delete;
+    [[nodiscard]] static bool IsReady();
 };
 
-// The calling thread's stack, innermost first, a line each: three spaces, module, ": ", function, " - ", source file, " - Line ",
-// number. The first line is this function's own. Empty when the symbol engine is not ready; at most 64 frames.
+// The calling thread's stack, innermost first, a line each: three spaces, module, ": ", function, " - ", source file, "
+// - Line ", number. The first line is this function's own; the report functions below leave none. Empty when the symbol
+// engine is not ready; at most 64 frames, then a line that says so.
 std::string CallStack();
 
 // Removes the first line in place and returns the same string; a text without a line break stays whole.

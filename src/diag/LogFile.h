@@ -2,11 +2,13 @@
 // The program's text logs: files that are opened, appended to and closed by every write.
 
 #include <cstddef>
+#include <initializer_list>
 #include <mutex>
 #include <string>
+#include <string_view>
 
-// One log. Creation empties or creates its file in the working folder; a file that cannot be opened loses the piece silently.
-// Every write may come from any thread; pieces of one log never mix within a piece.
+// One log. Creation empties or creates its file in the working folder; a file that cannot be opened loses the piece
+// silently. Every write may come from any thread; pieces of one log never mix within a piece.
 class LogFile {
   public:
     LogFile(std::string fileName, bool echoToDebugger);
@@ -22,18 +24,20 @@ class LogFile {
     void Write(double number);  // as FormatDouble with 20 digits
     // Raw bytes as text, zero bytes left out.
     void Write(const void* bytes, std::size_t count);
+    // Several pieces in a row, which no other thread's pieces come between. Each ends at its first zero byte.
+    void WriteReport(std::initializer_list<std::string_view> pieces);
 
   private:
     const std::string fileName;
     const bool echoToDebugger;
-    std::mutex lock;  // of the file's writes; taken last, nothing is called under it but the file system
+    std::mutex lock;  // of the echo and the file's writes; taken last, nothing else is locked under it
 };
 
-// `digits` significant digits, fixed notation for decimal exponents from -1 to 19 (below `digits`), else with an exponent;
-// trailing zeros go, the decimal point stays: 0.5, "3.", 5.0000000000000002776e-02.
+// `digits` significant digits, fixed notation for decimal exponents from -1 to 19 (below `digits`), else with an
+// exponent; trailing zeros go, the decimal point stays: 0.5, "3.", 5.0000000000000002776e-02.
 std::string FormatDouble(double number, int digits);
 
-// The process-wide logs, born in this order before the entry point.
+// The process-wide logs, born in this order before the entry point and before every other static object; they die last.
 extern LogFile errorLog;      // "_error.txt"
 extern LogFile statLog;       // "_stat.txt"
 extern LogFile netLog;        // "_netlog.txt"

@@ -11,10 +11,10 @@
 std::uint64_t FileSize(const std::string& path);
 // Creates every folder named on the path (each prefix that ends at a separator); failures are ignored.
 void MakePathDirectories(const std::string& path);
-std::string DirectoryOf(const std::string& path);      // up to and with the last separator, else empty
-std::string FileNameOf(const std::string& path);       // after the last separator
-std::string ExtensionOf(const std::string& path);      // after the last ".", else empty
-std::string WithoutExtension(const std::string& path); // before the last ".", else whole
+std::string DirectoryOf(const std::string& path);       // up to and with the last separator, else empty
+std::string FileNameOf(const std::string& path);        // after the last separator
+std::string ExtensionOf(const std::string& path);       // after the last ".", else empty
+std::string WithoutExtension(const std::string& path);  // before the last ".", else whole
 // The content in text mode or as bytes; empty when it cannot be opened.
 std::string ReadWholeFile(const std::string& path, bool binary);
 // Text mode, split at line feeds, empty lines dropped. False when it cannot be opened.
@@ -27,7 +27,8 @@ std::vector<std::string> SplitTokens(std::string_view text, std::string_view del
 int DecimalOf(std::string_view text);
 bool EqualsIgnoringCase(std::string_view a, std::string_view b);
 
-// Where a file named by an archive, a server or a list may be written or read: folder + name, or empty, with a message, when the
-// name is empty, absolute, longer than 200 bytes, has a drive or stream colon, a control byte, a part that is "." or "..", a
-// part that ends in a space or full stop, or when a link stands in the way below `folder` (which ends in a separator or is empty).
+// Where a file named by an archive, a server or a list may be written or read: folder + name, or empty, with a message,
+// when the name is empty, absolute, longer than 200 bytes, has a drive or stream colon, a control byte, a part that is
+// "." or "..", a part that ends in a space or full stop, or when a link stands in the way below `folder` (which ends in
+// a separator or is empty).
 std::string ContainedPath(const std::string& folder, const std::string& name);

@@ -5,11 +5,11 @@
 
 class Vary {
   public:
-    Vary();  // an empty string, 0 and 0.0
-    Vary(int number);                   // NOLINT: values convert as they are written
-    Vary(float number);                 // NOLINT
-    Vary(const std::string& content);   // NOLINT
-    Vary(const char* content);          // NOLINT
+    Vary();                            // an empty string, 0 and 0.0
+    Vary(int number);                  // NOLINT: values convert as they are written
+    Vary(float number);                // NOLINT
+    Vary(const std::string& content);  // NOLINT
+    Vary(const char* content);         // NOLINT
     Vary(const char* first, const char* last);
     Vary(const Vary& other);
     Vary& operator=(const Vary& other);

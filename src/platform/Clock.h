@@ -6,7 +6,7 @@
 
 namespace platform {
 
-// Ticks of a monotonic counter; never 0. CounterFrequency() ticks make one second.
+// Ticks of a monotonic counter, 0 only on a system that has none. CounterFrequency() ticks make one second.
 std::int64_t CounterValue();
 std::int64_t CounterFrequency();
 

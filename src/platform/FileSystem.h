@@ -1,9 +1,10 @@
 #pragma once
-// Files by the game's paths: parts divided by backslash or slash, letters of any case, relative to the working folder.
+// Files by the game's paths: parts divided by backslash or slash, ASCII letters of any case, relative to the working
+// folder.
 //
-// A part of a path that exists with exactly these letters wins; otherwise the alphabetically first entry that differs only
-// in case is taken, and when there were several the choice is told once to the notice sink. Parts that do not exist
-// keep the letters given, so a path to a new file names the place where it will be created.
+// A part of a path that exists with exactly these letters wins; otherwise the alphabetically first entry that differs
+// only in case is taken, and when there were several the choice is told once to the notice sink. Parts that do not
+// exist keep the letters given, so a path to a new file names the place where it will be created.
 
 #include <cstddef>
 #include <cstdint>
@@ -15,11 +16,14 @@ namespace platform {
 
 enum class OpenMode { Read, Write, Append };  // Write creates or truncates; Append creates or continues.
 
-// An open file, closed by its destructor. Movable, not copyable; an empty one answers every call with failure.
+// An open file, buffered, closed by its destructor. Movable, not copyable; an empty one answers every call with
+// failure.
 class File {
   public:
     File() = default;
     File(std::string_view path, OpenMode mode);
+    // Opens by the system's own path, letter for letter: for the logs, which must not depend on the search by case.
+    static File ByPlainName(const std::string& hostPath, OpenMode mode);
     ~File();
     File(File&& other) noexcept;
     File& operator=(File&& other) noexcept;
@@ -29,6 +33,7 @@ class File {
     [[nodiscard]] bool IsOpen() const;
     // Bytes read, fewer than count at the end of the file or on an error.
     std::size_t Read(void* out, std::size_t count);
+    // True once the bytes are written or buffered; Close() tells of what is found out later.
     [[nodiscard]] bool Write(const void* data, std::size_t count);
     // Moves to `offset` bytes from the start.
     [[nodiscard]] bool Seek(std::uint64_t offset);
@@ -54,8 +59,9 @@ bool RenameFile(std::string_view from, std::string_view to);
 // False when it could not be made or something is already there.
 bool MakeDirectory(std::string_view path);
 
-// Names of the regular files in a folder ("" is the working folder) whose extension, without regard to case, begins with
-// `extension` ("ini" also yields "x.inix", as the system's own pattern search does). In the order the system lists them.
+// Names of the regular files in a folder ("" is the working folder) whose extension, without regard to case, begins
+// with `extension` ("ini" also yields "x.inix", as the system's own pattern search does). In the order the system lists
+// them.
 std::vector<std::string> ListFiles(std::string_view folder, std::string_view extension);
 
 // The path on this system that a game path stands for (see the rules above).

@@ -13,8 +13,8 @@ enum class SocketStatus { Ok, NotYet, Closed, Refused, NetworkDown, NotConnected
 [[nodiscard]] bool StartSocketLibrary();
 void StopSocketLibrary();
 
-// First IPv4 address of a host, most significant byte first in the number (127.0.0.1 is 0x7F000001). May block for long;
-// gives up early with false when `cancelled` (if not null) answers true, asked about every 50 ms.
+// First IPv4 address of a host, most significant byte first in the number (127.0.0.1 is 0x7F000001). May block for
+// long; gives up early with false when `cancelled` (if not null) answers true, asked about every 50 ms.
 [[nodiscard]] bool ResolveHost(const std::string& host, std::uint32_t& address, bool (*cancelled)() = nullptr);
 
 class Socket {
@@ -30,7 +30,9 @@ class Socket {
     [[nodiscard]] bool IsOpen() const;
     // Blocks until connected or refused; gives up with Error when `cancelled` answers true.
     SocketStatus Connect(std::uint32_t address, std::uint16_t port, bool (*cancelled)() = nullptr);
-    // Sends what the system takes; `sent` counts the bytes. Never raises a signal.
+    // Hands the system what it takes at once; `sent` counts the bytes, and Ok may be for a part of them. NotYet when
+    // nothing could be taken for about 50 ms (the peer does not read): callers hold locks around this call, so how long
+    // to go on trying is theirs to say. Closed when the peer is gone. Never raises a signal.
     SocketStatus Send(const void* data, std::size_t count, std::size_t& sent);
     // Ok when a receive would not block, NotYet when it would.
     SocketStatus PollReadable();

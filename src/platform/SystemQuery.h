@@ -7,9 +7,11 @@
 
 namespace platform {
 
-// The version that the system reports in the numbering of the Windows family: major, minor, and 1 for its consumer line.
-// A system outside that family reports its own kernel's major and minor version with family 2.
+// The version that the system reports in the numbering of the Windows family: major, minor, and family 1 for its
+// consumer line, 2 for the other. A system outside that family reports its own kernel's major and minor version with
+// `otherSystem`.
 struct OsVersion {
+    static constexpr unsigned otherSystem = 3;
     unsigned major = 0;
     unsigned minor = 0;
     unsigned family = 0;
