@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-// Reads forward through bytes that it does not own. The first read past the end fails, gives 0 or nothing, moves no further, and
-// every later read fails too.
+// Reads forward through bytes that it does not own. The first read past the end fails, gives 0 or nothing, moves no
+// further, and every later read fails too.
 class ByteCursor {
   public:
     explicit ByteCursor(std::string_view toRead) : bytes(toRead) {}
@@ -32,8 +32,10 @@ class ByteCursor {
     void Skip(std::size_t count) { (void)Bytes(count); }
     // To an offset from the start.
     void Seek(std::size_t offset) {
-        if (offset > bytes.size()) failed = true;
-        else if (!failed) position = offset;
+        if (offset > bytes.size())
+            failed = true;
+        else if (!failed)
+            position = offset;
     }
 
   private:

@@ -6,12 +6,21 @@
 
 namespace caps {
 
-// Cells of the square grid of a map. The largest map of the game has a few hundred cells a side; 8192 x 8192 cells take 400 MiB.
+// Cells of the square grid of a map. The largest map of the game has a few hundred cells a side; 8192 x 8192 cells take
+// 400 MiB.
 constexpr std::int64_t mapGridCells = 8192LL * 8192LL;
+// Bytes of a map's header line that are looked at; its keys and numbers take a few dozen.
+constexpr std::size_t mapHeaderLineBytes = 4096;
 // Bytes of a dream archive, which is read into memory whole.
 constexpr std::uint64_t archiveBytes = 512ULL << 20;
-// Bytes that one LZW entry may unpack to; the same as the largest buffer tried for bzip2.
+// Entries of a dream archive; the largest dreams hold a few dozen files.
+constexpr std::size_t archiveEntries = 4096;
+// Bytes that one LZW or bzip2 entry may unpack to.
 constexpr std::size_t entryBytes = 64ULL << 20;
+// Bytes that all entries of one archive may unpack to, because a few KiB of bzip2 data can unpack to a full entry.
+constexpr std::uint64_t unpackedBytes = 1ULL << 30;
+// Lines of one kind of message that a single file may write; 65536 lines are a few MiB of log and less than a second.
+constexpr std::size_t repeatedMessages = 65536;
 // Bytes of one line from a game or file server. The longest lines known are descriptions of a few KiB.
 constexpr std::size_t serverLineBytes = 64ULL << 10;
 // Bytes of a file that the file server may announce; an archive larger than its cap would be refused anyway.
@@ -20,5 +29,8 @@ constexpr std::int64_t downloadBytes = 512LL << 20;
 constexpr std::int64_t downloadBlockBytes = 1LL << 20;
 // Bytes of a sprite archive: 1024 images of 255 x 255 with headers are 64 MiB.
 constexpr std::uint64_t spriteArchiveBytes = 128ULL << 20;
+// Rows of all images of one sprite archive together, because rows of no or few pixels take more memory than file: four
+// times the 1024 x 255 of a full archive.
+constexpr std::size_t spriteRows = 4ULL * 1024 * 255;
 
 }  // namespace caps

@@ -1,10 +1,15 @@
 #pragma once
-// The LZW variant of dream archives: codes of 9 bits and more, most significant bit first, 256 clear, 257 end, no upper limit on
-// the width.
+// The LZW variant of dream archives: codes of 9 bits and more, most significant bit first, 256 clear, 257 end, no upper
+// limit on the width.
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
-// Appends the decoded bytes to `out`; anomalies are reported and end the decoding with what was decoded so far. Never
-// appends more than `limit` bytes.
+class CappedMessages;
+
+// Appends the decoded bytes to `out`. A damaged stream is reported and ends the decoding; what was decoded up to there
+// stays. A stream of more than `limit` bytes is reported and appends nothing.
 void LzwDecode(std::string_view data, std::string& out, std::size_t limit);
+// The same for several streams of one file, which share the cap on the message for dictionaries past 12 bits.
+void LzwDecode(std::string_view data, std::string& out, std::size_t limit, CappedMessages& pastTwelveBits);

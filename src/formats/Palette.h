@@ -23,7 +23,8 @@ extern Palette currentPalette;  // black until the first palette is loaded
 enum class BodyPart { Badge, Bracer, Boot, Cape, Eye, Fur, Hair, Marking, Pants, Vest, Count };
 ColorTable& GetColorTable(BodyPart part);
 
-// The last 768 bytes of a PCX file. A file that cannot be opened or is shorter leaves the palette alone, with a message.
+// The last 768 bytes of a PCX file. A file that cannot be opened or is shorter leaves the palette alone, with a
+// message.
 void LoadPcxPalette(const std::string& path);
 void LoadColorNames(ColorNames& names);
 void LoadColorNumbers(const std::string& path, const ColorNames& names, ColorTable& table);

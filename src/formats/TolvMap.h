@@ -42,6 +42,8 @@ class TolvMap {
     void GridToFile(int gx, int gy, int& fx, int& fy) const;
 
   private:
+    void Empty();
+    void ReadBody(std::string_view body, const std::string& path);
     [[nodiscard]] const MapCell* CellAt(int gx, int gy) const;
     MapCell* CellAt(int gx, int gy);
 

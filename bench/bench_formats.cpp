@@ -1,0 +1,238 @@
+// The LZW decoder against libtiff's on one code stream, and archives of bzip2 entries against bare libbz2.
+//
+// Both sides of a comparison run in turn inside every iteration, on the processor time of the one thread, so that other
+// load on the machine weighs on both. The counters give each side's best time and "ratio": how many times as fast as
+// the library we are.
+
+#include <benchmark/benchmark.h>
+#include <bzlib.h>
+#include <tiffio.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <limits>
+#include <random>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "demo/formats/ArchiveWriter.h"
+#include "demo/formats/LzwEncoder.h"
+#include "formats/DreamArchive.h"
+#include "formats/Lzw.h"
+
+namespace {
+
+constexpr std::size_t contentBytes = 8U << 20;
+
+// Floor and wall pictures: diamonds of a few dithered colours on a transparent ground, as the game's sprites are.
+std::string SpriteLikeBytes() {
+    std::mt19937 random(1);
+    std::string bytes;
+    while (bytes.size() < contentBytes) {
+        const int width = 32 + static_cast<int>(random() % 64);
+        const int height = 16 + static_cast<int>(random() % 48);
+        const unsigned base = 16 + random() % 200;
+        for (int y = 0; y < height; ++y) {
+            const int half = width / 2 * (height - std::abs(2 * y - height)) / height;
+            for (int x = 0; x < width; ++x) {
+                const bool inside = std::abs(x - width / 2) < half;
+                const unsigned shade = (x + y) % 4 == 0 ? random() % 4 : static_cast<unsigned>(x / 8 % 3);
+                bytes.push_back(static_cast<char>(inside ? base + shade : 0));
+            }
+        }
+    }
+    bytes.resize(contentBytes);
+    return bytes;
+}
+
+// Made-up words, the frequent ones far more often than the rare ones, in sentences and lines.
+std::string TextBytes() {
+    std::mt19937 random(2);
+    std::vector<std::string> words(5000);
+    for (std::string& word : words) {
+        const std::size_t length = 2 + random() % 9;
+        for (std::size_t i = 0; i < length; ++i)
+            word.push_back("etaoinshrdlucmfwypvbgk"[std::min(random() % 22, random() % 22)]);
+    }
+    std::string bytes;
+    while (bytes.size() < contentBytes) {
+        const double share = static_cast<double>(random()) / static_cast<double>(std::mt19937::max());
+        bytes += words[static_cast<std::size_t>(share * share * share * static_cast<double>(words.size() - 1))];
+        const unsigned mark = random() % 60;
+        bytes += mark < 3 ? ".\n" : mark < 6 ? ", " : " ";
+    }
+    bytes.resize(contentBytes);
+    return bytes;
+}
+
+double ThreadSeconds() {
+    timespec now{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
+}
+
+template <typename Work>
+double SecondsOf(Work work) {
+    const double begin = ThreadSeconds();
+    work();
+    return ThreadSeconds() - begin;
+}
+
+// Runs both in turn and reports the best times and their ratio.
+template <typename Ours, typename Library>
+void Compare(benchmark::State& state, std::size_t bytes, Ours ours, Library library) {
+    double bestOurs = std::numeric_limits<double>::max();
+    double bestLibrary = std::numeric_limits<double>::max();
+    for (auto iteration : state) {
+        const double seconds = SecondsOf(ours);
+        bestOurs = std::min(bestOurs, seconds);
+        bestLibrary = std::min(bestLibrary, SecondsOf(library));
+        state.SetIterationTime(seconds);
+    }
+    state.counters["ours_ms"] = bestOurs * 1e3;
+    state.counters["library_ms"] = bestLibrary * 1e3;
+    state.counters["ours_MBps"] = static_cast<double>(bytes) / bestOurs / 1e6;
+    state.counters["ratio"] = bestLibrary / bestOurs;
+}
+
+void Require(bool holds, const char* what) {
+    if (holds) return;
+    std::cerr << "bench_formats: " << what << "\n";
+    std::exit(1);
+}
+
+// A TIFF file in memory. libtiff reads it through the map, without copying.
+struct MemoryFile {
+    std::string bytes;
+    std::size_t position = 0;
+
+    static MemoryFile& Of(thandle_t handle) { return *static_cast<MemoryFile*>(handle); }
+    static tmsize_t Read(thandle_t handle, void* out, tmsize_t count) {
+        MemoryFile& file = Of(handle);
+        const std::size_t left = file.bytes.size() - std::min(file.position, file.bytes.size());
+        const std::size_t taken = std::min(left, static_cast<std::size_t>(count));
+        std::memcpy(out, file.bytes.data() + file.position, taken);
+        file.position += taken;
+        return static_cast<tmsize_t>(taken);
+    }
+    static tmsize_t Write(thandle_t handle, void* from, tmsize_t count) {
+        MemoryFile& file = Of(handle);
+        file.bytes.resize(std::max(file.bytes.size(), file.position + static_cast<std::size_t>(count)));
+        std::memcpy(file.bytes.data() + file.position, from, static_cast<std::size_t>(count));
+        file.position += static_cast<std::size_t>(count);
+        return count;
+    }
+    static toff_t Seek(thandle_t handle, toff_t offset, int whence) {
+        MemoryFile& file = Of(handle);
+        const std::size_t base = whence == SEEK_SET ? 0 : whence == SEEK_CUR ? file.position : file.bytes.size();
+        file.position = base + offset;
+        return file.position;
+    }
+    static int Close(thandle_t) { return 0; }
+    static toff_t Size(thandle_t handle) { return Of(handle).bytes.size(); }
+    static int Map(thandle_t handle, void** base, toff_t* size) {
+        *base = Of(handle).bytes.data();
+        *size = Of(handle).bytes.size();
+        return 1;
+    }
+    static void Unmap(thandle_t, void*, toff_t) {}
+    TIFF* Open(const char* mode) {
+        position = 0;
+        return TIFFClientOpen("memory", mode, this, Read, Write, Seek, Close, Size, Map, Unmap);
+    }
+};
+
+// One strip of 8-bit samples whose stored data is the code stream.
+MemoryFile TiffOf(const std::string& stream) {
+    constexpr std::uint32_t width = 4096;
+    MemoryFile file;
+    TIFF* tiff = file.Open("w");
+    TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, width);
+    TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, static_cast<std::uint32_t>(contentBytes / width));
+    TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, static_cast<std::uint32_t>(contentBytes / width));
+    TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, 8);
+    TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, 1);
+    TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISBLACK);
+    TIFFSetField(tiff, TIFFTAG_COMPRESSION, COMPRESSION_LZW);
+    std::string copy = stream;
+    TIFFWriteRawStrip(tiff, 0, copy.data(), static_cast<tmsize_t>(copy.size()));
+    TIFFClose(tiff);
+    return file;
+}
+
+void Lzw(benchmark::State& state, std::string (*makeContent)()) {
+    const std::string content = makeContent();
+    const std::string stream = demo::LzwEncode(content);
+    MemoryFile file = TiffOf(stream);
+    TIFF* tiff = file.Open("r");
+    std::string byLibrary(contentBytes, '\0');
+    std::string byUs;
+    const auto ours = [&] {
+        byUs.clear();
+        LzwDecode(stream, byUs, contentBytes);
+        benchmark::DoNotOptimize(byUs.data());
+    };
+    const auto library = [&] {
+        TIFFReadEncodedStrip(tiff, 0, byLibrary.data(), static_cast<tmsize_t>(byLibrary.size()));
+        benchmark::DoNotOptimize(byLibrary.data());
+    };
+    ours();
+    library();
+    Require(byUs == content && byLibrary == content, "the decoders disagree");
+    Compare(state, contentBytes, ours, library);
+    state.counters["stream_MiB"] = static_cast<double>(stream.size()) / (1 << 20);
+    TIFFClose(tiff);
+}
+
+// A whole archive with one bzip2 entry, unpacked into a folder, against one call of the library that knows the size.
+void Bzip2Archive(benchmark::State& state, std::string (*makeContent)()) {
+    const std::string content = makeContent();
+    const std::string packed = demo::StoredData(demo::ArchiveMethod::Bzip2, content);
+    std::ofstream("bench.arc", std::ios::binary)
+        << demo::WriteArchive({{"out.bin", demo::ArchiveMethod::Bzip2, content}});
+    std::string byLibrary(contentBytes, '\0');
+    const auto ours = [&] {
+        std::filesystem::remove("out.bin");
+        Require(UnpackDreamArchive("bench.arc"), "the archive does not unpack");
+    };
+    const auto library = [&] {
+        auto size = static_cast<unsigned>(byLibrary.size());
+        std::string source = packed;
+        BZ2_bzBuffToBuffDecompress(byLibrary.data(), &size, source.data(), static_cast<unsigned>(source.size()), 0, 0);
+        benchmark::DoNotOptimize(byLibrary.data());
+    };
+    ours();
+    library();
+    std::ifstream written("out.bin", std::ios::binary);
+    std::stringstream byUs;
+    byUs << written.rdbuf();
+    Require(byUs.str() == content && byLibrary == content, "the unpacked file differs");
+    Compare(state, contentBytes, ours, library);
+}
+
+BENCHMARK_CAPTURE(Lzw, sprites, SpriteLikeBytes)->UseManualTime()->MinTime(2)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Lzw, text, TextBytes)->UseManualTime()->MinTime(2)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Bzip2Archive, sprites, SpriteLikeBytes)->UseManualTime()->MinTime(2)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Bzip2Archive, text, TextBytes)->UseManualTime()->MinTime(2)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    // The logs and the unpacked files belong into a folder that goes away.
+    std::string folder = (std::filesystem::temp_directory_path() / "kelvane-bench-XXXXXX").string();
+    Require(mkdtemp(folder.data()) != nullptr, "no temporary folder");
+    std::filesystem::current_path(folder);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    std::filesystem::current_path(std::filesystem::temp_directory_path());
+    std::filesystem::remove_all(folder);
+    return 0;
+}

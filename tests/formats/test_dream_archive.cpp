@@ -1,0 +1,180 @@
+#include <bzlib.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "demo/formats/ArchiveWriter.h"
+#include "demo/formats/ByteWriter.h"
+#include "demo/formats/LzwEncoder.h"
+#include "formats/Caps.h"
+#include "formats/DreamArchive.h"
+#include "support/TestFolder.h"
+
+namespace {
+
+using demo::ArchiveEntryHeader;
+using demo::ArchiveMethod;
+using support::ErrorLogText;
+
+constexpr char path[] = "dream\\a.arc";
+const std::string none = "No decompressed data generated for file: dream\\x, so skipping\n";
+const std::string badHeader = "Error in file entry header, in dream file: dream\\a.arc\n";
+
+std::string Entry(const std::string& name, std::uint32_t method, const std::string& stored) {
+    return ArchiveEntryHeader(name, static_cast<std::uint32_t>(stored.size()), method) + stored;
+}
+
+TEST(DreamArchive, UnpacksEveryMethodIntoItsFolder) {
+    const support::TestFolder folder;
+    std::string text;
+    for (int i = 0; i < 5000; ++i)
+        text += "line " + std::to_string(i % 77) + "\n";
+    folder.Write("dream/a.arc", demo::WriteArchive({{"plain.txt", ArchiveMethod::Plain, text},
+                                                    {"sub\\deep\\lzw.txt", ArchiveMethod::Lzw, text},
+                                                    {"bz.txt", ArchiveMethod::Bzip2, text}}));
+    EXPECT_TRUE(UnpackDreamArchive(path));
+    EXPECT_EQ(folder.Read("dream/plain.txt"), text);
+    EXPECT_EQ(folder.Read("dream/sub/deep/lzw.txt"), text);
+    EXPECT_EQ(folder.Read("dream/bz.txt"), text);
+    EXPECT_EQ(ErrorLogText(), "");
+}
+
+// After every row's entries follows a good one; whether it came out tells a walk that went on from one that stopped.
+TEST(DreamArchive, SaysWhatIsWrong) {
+    const std::string lzwOfA = demo::StoredData(ArchiveMethod::Lzw, "A");
+    const std::string noClear = demo::Complemented(demo::LzwCodes({{65, 9}, {257, 9}}));
+    const std::string header = Entry("x", 1, "abc");
+    const std::string unnamed(48, 'n');
+    struct Row {
+        const char* name;
+        std::string entries;
+        bool result;
+        std::string x;  // content of the file "x"
+        std::string log;
+    };
+    const Row rows[] = {
+        {"complemented bytes", Entry("x", 1, std::string("\0\xFF", 2)), true, std::string("\xFF\0", 2), ""},
+        {"method 3", Entry("x", 3, "abc"), true, "",
+         "Unsupported compression method for file \"x\" in dream \"dream\\a.arc\": method 3\n" + none},
+        {"a method beyond 31 bits", Entry("x", 0xFFFFFFFFU, "abc"), true, "",
+         "Unsupported compression method for file \"x\" in dream \"dream\\a.arc\": method -1\n" + none},
+        {"lzw without a clear code", Entry("x", 0, noClear), true, "",
+         "The impossible happened when doing lzw decode.. code bigger than dict.\n"
+         "Data decompression (lzw) failed on file \"x\" in dream file: dream\\a.arc\n" +
+             none},
+        {"lzw that grows when packed", Entry("x", 0, lzwOfA), true, "A",
+         "Data decompression (lzw) has a suspicious size on file \"x\" in dream file: dream\\a.arc ...\n"},
+        {"nothing stored", Entry("x", 1, ""), true, "", ""},
+        {"damaged bzip2", Entry("x", 2, "abcdef"), true, "",
+         "error while doing bz2 decompression for file dream\\x, result=-5\n" + none},
+        {"a folder in the way", Entry("y\\z", 1, "b") + Entry("y", 1, "abc"), true, "",
+         "Unable to write file: dream\\y, so skipping\n"},
+        {"a name that climbs", Entry("..\\x", 1, "abc"), true, "", "Bad: file name refused: \"..\\x\"\n"},
+        {"the archive's own name", Entry("A.arc", 1, std::string(5000, 'a')), true, "",
+         "Error: refused file \"A.arc\", which would replace the dream file: dream\\a.arc\n"},
+        {"the note of its size", Entry("a.arc.SIZE", 1, "9"), true, "",
+         "Error: refused file \"a.arc.SIZE\", which would replace the dream file: dream\\a.arc\n"},
+        {"wrong entry magic", header + "ZF" + header.substr(2), false, demo::Complemented("abc"), badHeader},
+        {"a name without an end", ArchiveEntryHeader(unnamed, 1, 1) + "a", false, "", badHeader},
+        {"more stored data than archive", ArchiveEntryHeader("x", 1000, 1) + "abc", false, "", badHeader},
+        {"a stored size near 2^32", ArchiveEntryHeader("x", 0xFFFFFFC2U, 1) + "abc", false, "", badHeader},
+    };
+    for (const Row& row : rows) {
+        const support::TestFolder folder;
+        folder.Write("dream/a.arc", demo::ArchiveHeader() + row.entries + Entry("last", 1, "abc"));
+        EXPECT_EQ(UnpackDreamArchive(path), row.result) << row.name;
+        EXPECT_EQ(folder.Read("dream/x"), row.x) << row.name;
+        EXPECT_EQ(folder.Has("dream/last"), row.result) << row.name;
+        EXPECT_EQ(ErrorLogText(), row.log) << row.name;
+    }
+}
+
+TEST(DreamArchive, RefusesWhatIsNoArchive) {
+    const std::string wrongMagic = "Error decompressing dream file (dream\\a.arc): dream header ID is invalid.\n";
+    const std::string noFile = "Unable to begin decompression of file: dream\\a.arc\n";
+    struct Row {
+        std::string file;
+        bool result;
+        std::string log;
+    };
+    const Row rows[] = {
+        {"", false, noFile},
+        {"FR0", false, wrongMagic},
+        {"FR02" + std::string(24, '\0'), false, wrongMagic},
+        {demo::ArchiveHeader(), true, ""},
+        {demo::ArchiveHeader() + "F", false, badHeader},
+        {demo::ArchiveHeader() + Entry("x", 1, "abc") + ArchiveEntryHeader("y", 0, 1).substr(0, 61), false, badHeader},
+    };
+    for (const Row& row : rows) {
+        const support::TestFolder folder;
+        folder.Write("dream/a.arc", row.file);
+        EXPECT_EQ(UnpackDreamArchive(path), row.result) << row.file.size();
+        EXPECT_EQ(ErrorLogText(), row.log) << row.file.size();
+    }
+}
+
+TEST(DreamArchive, KeepsFilesThatAreThereAlready) {
+    const support::TestFolder folder;
+    folder.Write("dream/x", "old");
+    folder.Write("dream/y", "old");
+    folder.Write("dream/a.arc", demo::ArchiveHeader() + Entry("x", 1, "abc") + Entry("y", 1, "abcd"));
+    EXPECT_TRUE(UnpackDreamArchive(path));
+    EXPECT_EQ(folder.Read("dream/x"), "old");
+    EXPECT_EQ(folder.Read("dream/y"), demo::Complemented("abcd"));
+    EXPECT_EQ(ErrorLogText(), "");
+}
+
+// What trying buffers of 1, 2, 4 ... 64 MiB in turn gives: the content, or the library's code.
+int DecompressByDoubling(std::string stored, std::string& content) {
+    for (unsigned capacity = 1U << 20;; capacity *= 2) {
+        content.assign(capacity, '\0');
+        unsigned size = capacity;
+        const int result = BZ2_bzBuffToBuffDecompress(content.data(), &size, stored.data(),
+                                                      static_cast<unsigned>(stored.size()), 0, 0);
+        content.resize(result == BZ_OK ? size : 0);
+        if (result != BZ_OUTBUFF_FULL || capacity == 64U << 20) return result;
+    }
+}
+
+TEST(DreamArchive, Bzip2GivesWhatDoublingBuffersGive) {
+    std::vector<std::string> streams;
+    for (const std::size_t size : {std::size_t{0}, std::size_t{1}, std::size_t{1} << 20, (std::size_t{1} << 20) + 1,
+                                   std::size_t{5} << 20, std::size_t{64} << 20, (std::size_t{64} << 20) + 1}) {
+        streams.push_back(demo::StoredData(ArchiveMethod::Bzip2, std::string(size, 'b')));
+        const std::string whole = streams.back();
+        for (const std::size_t kept : {whole.size() - 1, whole.size() - 10, whole.size() / 2})
+            if (size == 1U << 20 || size == 5U << 20) streams.push_back(whole.substr(0, kept));
+    }
+    const std::string whole = demo::StoredData(ArchiveMethod::Bzip2, std::string(2U << 20, 'c') + "some text");
+    streams.push_back(whole + "rubbish behind the end");
+    for (std::size_t at = 0; at < whole.size(); at += 5) {
+        streams.push_back(whole);
+        streams.back()[at] ^= 0x10;
+    }
+    for (const std::string& stream : streams) {
+        const support::TestFolder folder;
+        folder.Write("dream/a.arc", demo::ArchiveHeader() + Entry("x", 2, stream));
+        std::string content;
+        const int result = DecompressByDoubling(stream, content);
+        EXPECT_TRUE(UnpackDreamArchive(path));
+        EXPECT_TRUE(folder.Read("dream/x") == content) << content.size();
+        std::string log = content.empty() ? none : "";
+        if (result != BZ_OK && result != BZ_OUTBUFF_FULL)
+            log =
+                "error while doing bz2 decompression for file dream\\x, result=" + std::to_string(result) + "\n" + log;
+        EXPECT_EQ(ErrorLogText(), log);
+    }
+}
+
+TEST(DreamArchive, StopsAtTheCaps) {
+    const support::TestFolder folder;
+    std::string entries;
+    for (std::size_t i = 0; i <= caps::archiveEntries; ++i)
+        entries += Entry("x", 1, "");
+    folder.Write("dream/a.arc", demo::ArchiveHeader() + entries);
+    EXPECT_FALSE(UnpackDreamArchive(path));
+    EXPECT_EQ(ErrorLogText(), badHeader);
+}
+
+}  // namespace
