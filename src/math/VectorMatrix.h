@@ -3,6 +3,7 @@
 // fourth column, A B applies B first.
 
 #include <array>
+#include <cstddef>
 #include <optional>
 
 struct Vec3 {
@@ -49,7 +50,7 @@ Mat4 Multiply(const Mat4& a, const Mat4& b);
 Vec4 Transform(const Mat4& a, const Vec4& v);
 float Determinant3(float a, float b, float c, float d, float e, float f, float g, float h, float i);  // row by row
 float Determinant(const Mat4& a);
-// Gauss-Jordan; empty with a message when the determinant is below 0.00001 in size.
+// Gauss-Jordan; empty with a message when the determinant is below 0.00001 in size or a pivot comes out as 0.
 std::optional<Mat4> Inverse(const Mat4& a);
 
 // The plane through a point: (n, -n.p) with n normalized.
@@ -59,7 +60,8 @@ bool IntersectRayPlane(const Vec3& origin, const Vec3& direction, const Vec3& no
 
 // In the device's own layout (row vectors): xScale f, f, far / (far - near), with m[2][3] = 1, m[3][2] = near far / (near - far).
 Mat4 Perspective(float fieldOfViewY, float xScaleFactor, float nearDepth, float farDepth);
-// View matrix, left-handed. Empty with a message for a camera in one point or without orientation.
+// View matrix with the rows side = up x forward, up' = forward x side, forward: looking along +y with z up, the right of the
+// screen is -x. Empty with a message for a camera in one point or without orientation.
 std::optional<Mat4> LookAt(const Vec3& eye, const Vec3& target, const Vec3& up, bool flipUp, bool flipSide);
 
 struct ScreenRectangle {
@@ -68,8 +70,11 @@ struct ScreenRectangle {
     float width = 0.0F;
     float height = 0.0F;
 };
-// The world point under a screen point at a depth from 0 to 1. Projection exactly as Perspective built it. Empty when the
-// product has no inverse.
+// Both take the projection exactly as Perspective built it and multiply it in column form, so that their w is m[3][2] times the
+// depth along the view instead of the depth itself. Against the drawn picture, positions are scaled about the viewport's centre by
+// 1 / -m[3][2] = (far - near) / (near far), which is 0.99 for near 1 and far 100.
+
+// The world point under a screen point at a depth from 0 to 1. Empty when the product has no inverse.
 std::optional<Vec3> Unproject(const Mat4& view, const Mat4& projection, const ScreenRectangle& viewport, float screenX,
                               float screenY, float depth);
 // False for points on the camera's plane.

@@ -6,7 +6,9 @@
 class Camera {
   public:
     Camera();
-    virtual ~Camera() = default;
+    virtual ~Camera();
+    Camera(const Camera&) = delete;
+    Camera& operator=(const Camera&) = delete;
 
     // Sets the goal; `snap` also the current value, with no velocity left.
     virtual void SetUp(const Vec3& up, bool snap);
@@ -29,6 +31,10 @@ class Camera {
         Vec3 goal;
         Vec3 velocity;
     };
+    static void SetTrack(Track& track, const Vec3& goal, bool snap);
+    // True when the track has just arrived at its goal.
+    static bool EaseToGoal(Track& track, float seconds, bool isUp);
+
     Track position;
     Track target;
     Track up;
@@ -43,7 +49,15 @@ Camera& WorldCamera();
 // The device's viewport and a projection of 45 degrees; nothing while the device is lost.
 void SetCameraViewport(int x, int y, int width, int height, float nearDepth, float farDepth);
 
-// The orbit control, once per frame.
+// The same for the world's picture of 800 x 600 pixels, depths 1 to 100, whatever the size of the output.
+void SetWorldViewport();
+
+// The orbit control, once per frame: keypad 4 and 6 turn the world camera, 5 puts it back; it follows the view
+// position. Seen from the starting angle, the right of the screen is +gx -gy and away is -gx -gy.
 void UpdateWorldCamera(float seconds);
-// The grid cell under a mouse position; untouched when the ray runs along the floor.
+
+// Where the device's current view, projection and viewport show a world point; false for a point on the camera's plane.
+bool ProjectToScreen(const Vec3& point, Vec3& screen);
+// The grid cell under a mouse position; untouched when the ray runs along the floor or while there is no device. The
+// device's transforms are as before afterwards, its viewport is the world's.
 void ScreenToCell(int mouseX, int mouseY, int& gx, int& gy);

@@ -1,0 +1,44 @@
+#pragma once
+// The other end of a TCP connection on this machine, for tests of the client.
+
+#include <chrono>
+#include <string>
+#include <thread>
+
+namespace support {
+
+// Waits until `condition()` holds; false after the time limit.
+template <typename Condition>
+bool WaitFor(Condition condition, int limitMs = 5000) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(limitMs);
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > end) return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    }
+    return true;
+}
+
+// Listens on 127.0.0.1 on a port that the system picks and talks to one client at a time. No call waits longer than 5
+// seconds.
+class LoopbackPeer {
+  public:
+    LoopbackPeer();
+    ~LoopbackPeer();
+    LoopbackPeer(const LoopbackPeer&) = delete;
+    LoopbackPeer& operator=(const LoopbackPeer&) = delete;
+
+    [[nodiscard]] int Port() const { return port; }
+    bool Accept();
+    bool Send(const std::string& bytes);
+    // The next line with its line feed; what there is when the client closes or is silent too long.
+    std::string ReadLine();
+    void CloseConnection();
+    void StopListening();
+
+  private:
+    int listener = -1;
+    int connection = -1;
+    int port = 0;
+};
+
+}  // namespace support

@@ -1,0 +1,167 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+#include <utility>
+
+#include "formats/Palette.h"
+#include "world/SpriteTexels.h"
+
+namespace {
+
+// The texels by their plain formula, one after another.
+struct PlainTexels {
+    const SpriteImage& sprite;
+    unsigned width;
+    unsigned height;
+
+    static void Clamp(float place, int size, int& first, float& weight) {
+        first = static_cast<int>(std::floor(place));
+        weight = 1.0F - std::fmod(place, 1.0F);
+        if (first > size - 2) {
+            first = size - 2;
+            weight = 1.0F;
+        }
+        if (first < 0) {
+            first = 0;
+            weight = 0.0F;
+        }
+    }
+
+    [[nodiscard]] std::uint32_t At(unsigned x, unsigned y, bool wall, int index) const {
+        const float u = static_cast<float>(x) / static_cast<float>(width);
+        const float v = static_cast<float>(y) / static_cast<float>(height);
+        float su = 0;
+        float sv = 0;
+        if (wall)
+            WallTexelToSprite(u, v, su, sv, index);
+        else
+            FloorTexelToSprite(u, v, su, sv);
+        int ix = 0;
+        int iy = 0;
+        float wx = 0;
+        float wy = 0;
+        Clamp(su * static_cast<float>(sprite.Width()) - 0.5F, static_cast<int>(sprite.Width()), ix, wx);
+        Clamp(sv * static_cast<float>(sprite.Height()) - 0.5F, static_cast<int>(sprite.Height()), iy, wy);
+        const float weights[4] = {wy * wx, wy * (1 - wx), (1 - wy) * wx, (1 - wy) * (1 - wx)};
+        float red = 0;
+        float green = 0;
+        float blue = 0;
+        float total = 0;
+        std::uint8_t sample = 0;
+        for (int i = 0; i < 4; ++i) {
+            sample = sprite.rows[static_cast<std::size_t>(iy + i / 2)][static_cast<std::size_t>(ix + i % 2)];
+            if (sample == sprite.keyIndex) continue;
+            red += weights[i] * static_cast<float>(currentPalette[sample].red);
+            green += weights[i] * static_cast<float>(currentPalette[sample].green);
+            blue += weights[i] * static_cast<float>(currentPalette[sample].blue);
+            total += weights[i];
+        }
+        const auto level = [&](float sum) {
+            return total > 0 ? static_cast<std::uint32_t>(sum / total + 1.0F / 1024.0F) : 0U;
+        };
+        const std::uint32_t alpha = wall && sample == sprite.keyIndex ? 0U : 0xFF000000U;
+        return alpha | level(red) << 16 | level(green) << 8 | level(blue);
+    }
+};
+
+SpriteImage Filled(unsigned width, unsigned height, std::uint8_t index, std::uint8_t key) {
+    return {key, std::vector<std::vector<std::uint8_t>>(height, std::vector<std::uint8_t>(width, index))};
+}
+
+TEST(SpriteTexels, MappingsMeetTheirCorners) {
+    struct Row {
+        bool wall;
+        int index;
+        float u, v, su, sv;
+    };
+    const Row rows[] = {
+        {false, 0, 0, 0, 0.5F, 0.012195F}, {false, 0, 0.5F, 0.5F, 0.5F, 0.5F}, {false, 0, 1, 0, 0.987805F, 0.5F},
+        {false, 0, 0, 1, 0.012195F, 0.5F}, {true, 1, 0, 0, 0, -0.10F},         {true, 2, 0, 0, 0, 0.14F},
+        {true, 1, 1, 1, 0.5F, 1.025F},     {true, 2, 1, 1, 0.5F, 0.815F},
+    };
+    for (const Row& row : rows) {
+        float su = 0;
+        float sv = 0;
+        if (row.wall)
+            WallTexelToSprite(row.u, row.v, su, sv, row.index);
+        else
+            FloorTexelToSprite(row.u, row.v, su, sv);
+        EXPECT_NEAR(su, row.su, 1e-6F) << row.wall << " " << row.u << " " << row.v;
+        EXPECT_NEAR(sv, row.sv, 1e-6F) << row.wall << " " << row.u << " " << row.v;
+    }
+}
+
+// Random sprites of several sizes in random order, so that kept mappings are found again and thrown out.
+TEST(SpriteTexels, EveryTexelIsThatOfThePlainFormula) {
+    std::mt19937 random(7);
+    for (Color& color : currentPalette)
+        color = {0, static_cast<std::uint8_t>(random()), static_cast<std::uint8_t>(random()),
+                 static_cast<std::uint8_t>(random())};
+    const unsigned sizes[][2] = {{62, 32}, {2, 2}, {3, 5}, {64, 64}, {32, 90}, {255, 255}};
+    SpriteConverter floors(64, 64);
+    SpriteConverter walls(64, 128);
+    std::vector<std::uint32_t> texels;
+    for (int round = 0; round < 30; ++round) {
+        const unsigned* size = sizes[random() % 6];
+        SpriteImage sprite = Filled(size[0], size[1], 0, static_cast<std::uint8_t>(random() % 3));
+        for (auto& row : sprite.rows)
+            for (auto& pixel : row)
+                pixel = static_cast<std::uint8_t>(random() % (round % 2 == 0 ? 6 : 206));
+        const bool wall = round % 3 == 0;
+        ASSERT_TRUE(wall ? walls.Wall(sprite, round, texels) : floors.Floor(sprite, texels));
+        const PlainTexels plain{sprite, 64, wall ? 128U : 64U};
+        ASSERT_EQ(texels.size(), 64U * plain.height);
+        for (unsigned i = 0; i < texels.size(); ++i)
+            ASSERT_EQ(texels[i], plain.At(i % 64, i / 64, wall, round)) << round << ": " << i % 64 << ", " << i / 64;
+    }
+}
+
+TEST(SpriteTexels, FlatSpritesKeepTheirColourExactly) {
+    currentPalette[5] = {0, 255, 0, 1};
+    for (unsigned size = 2; size < 256; size += 23) {
+        const SpriteImage sprite = Filled(size, 257 - size, 5, 0);
+        std::vector<std::uint32_t> texels;
+        ASSERT_TRUE(FloorTexels(sprite, 64, 64, texels));
+        for (const std::uint32_t texel : texels)
+            ASSERT_EQ(texel, 0xFFFF0001U) << size;
+        ASSERT_TRUE(WallTexels(sprite, 3, 64, 128, texels));
+        for (const std::uint32_t texel : texels)
+            ASSERT_EQ(texel, 0xFFFF0001U) << size;
+    }
+}
+
+TEST(SpriteTexels, KeyPixels) {
+    std::vector<std::uint32_t> texels;
+    // All key: an opaque black floor, a wall that is not there.
+    ASSERT_TRUE(FloorTexels(Filled(20, 20, 5, 5), 4, 4, texels));
+    EXPECT_EQ(texels, std::vector<std::uint32_t>(16, 0xFF000000U));
+    ASSERT_TRUE(WallTexels(Filled(20, 20, 5, 5), 1, 4, 4, texels));
+    EXPECT_EQ(texels, std::vector<std::uint32_t>(16, 0U));
+    // Too small for four samples.
+    EXPECT_FALSE(FloorTexels(Filled(1, 40, 5, 0), 4, 4, texels));
+    EXPECT_FALSE(WallTexels(Filled(40, 1, 5, 0), 1, 4, 4, texels));
+    EXPECT_FALSE(WallTexels(SpriteImage(), 1, 4, 4, texels));
+}
+
+// Edge pixels (206) with two key neighbours go, and in reading order each one that goes uncovers the next. 207 has
+// their colour and stays.
+TEST(SpriteTexels, WallEdgesAreCleaned) {
+    using Rows = std::vector<std::vector<std::uint8_t>>;
+    currentPalette[206] = currentPalette[207] = {0, 9, 9, 9};
+    currentPalette[5] = {0, 255, 0, 0};
+    const std::pair<Rows, Rows> cases[] = {
+        {{{0, 0, 0, 5}, {0, 206, 206, 5}, {5, 206, 5, 5}}, {{0, 0, 0, 5}, {0, 0, 0, 5}, {5, 207, 5, 5}}},
+        {{{5, 0, 5, 5}, {5, 206, 0, 5}, {5, 5, 5, 206}}, {{5, 0, 5, 5}, {5, 0, 0, 5}, {5, 5, 5, 207}}},
+        {{{206, 206, 5, 5}, {0, 206, 206, 5}, {5, 0, 5, 5}}, {{207, 207, 5, 5}, {0, 0, 207, 5}, {5, 0, 5, 5}}},
+    };
+    for (const auto& [before, after] : cases) {
+        std::vector<std::uint32_t> cleaned;
+        std::vector<std::uint32_t> expected;
+        EXPECT_TRUE(WallTexels({0, before}, 2, 64, 128, cleaned));
+        EXPECT_TRUE(WallTexels({0, after}, 2, 64, 128, expected));
+        EXPECT_EQ(cleaned, expected);
+    }
+}
+
+}  // namespace
