@@ -25,8 +25,8 @@ bool GetState(unsigned state);
 void SetDepthFunction(unsigned function);
 void SetAlphaFunction(unsigned function);
 void SetAlphaReference(float reference);  // 0 to 1
-// 0 zero, 1 one, 2 source colour, 3 inverse, 4 source alpha, 5 inverse, 6 destination alpha, 7 inverse, 8 destination colour,
-// 9 inverse, else source alpha saturated.
+// 0 zero, 1 one, 2 source colour, 3 inverse, 4 source alpha, 5 inverse, 6 destination alpha, 7 inverse, 8 destination
+// colour, 9 inverse, else source alpha saturated.
 void SetBlend(unsigned source, unsigned destination);
 
 // 0 drops counter-clockwise faces, 1 clockwise ones, else none.
@@ -48,7 +48,8 @@ Mat4 GetWorld();
 Mat4 GetView();
 Mat4 GetProjection();
 
-// Pixel coordinates with the origin at the rectangle's top left corner at (x, y), y down; the viewport becomes the rectangle.
+// Pixel coordinates with the origin at the rectangle's top left corner at (x, y), y down; the viewport becomes the
+// rectangle.
 void Set2D(int x, int y, int width, int height);
 void Set2DWholeBackBuffer();
 

@@ -5,9 +5,12 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "graphics/device/SharedResource_TCPP.h"
 #include "platform/GraphicsDevice.h"
+
+class LoadedImage;
 
 namespace DXG {
 
@@ -17,7 +20,8 @@ enum class TextureType : unsigned { Free = 0, AsFile = 1, Alpha = 2, Colour = 3,
 struct STex_API_Data {
     std::unique_ptr<platform::DeviceTexture> object;
     platform::PixelFormat format = platform::PixelFormat::Unknown;
-    bool wrapU = true;  // true repeats, false clamps
+    bool wentWithDevice = false;  // the foundation was shut down while a handle still held the object
+    bool wrapU = true;            // true repeats, false clamps
     bool wrapV = true;
     bool wrapW = true;
     unsigned filter = 2;  // 1 point, 2 linear, other non-zero anisotropic, 0 none
@@ -38,7 +42,7 @@ struct TextureRecord : ResType {
 
 class Texture;
 
-// CPU access to level 0; unlocks at its end. Empty when the lock failed.
+// CPU access to level 0; unlocks at its end. Empty when the lock failed. The texture outlives its lock.
 class TextureLock {
   public:
     TextureLock() = default;
@@ -62,26 +66,30 @@ class TextureLock {
     TextureRecord* record = nullptr;
 };
 
+// A handle. Making, loading, copying and releasing may come from any thread: they hold the graphics lock and then the
+// texture registry's, in this order. Binding and locking are the drawing thread's.
 class Texture : public SharedResource<TextureRecord> {
   public:
     Texture();
     ~Texture() override;
-    Texture(const Texture& other) : Texture() { CopyFrom(other); }
-    Texture& operator=(const Texture& other) {
-        CopyFrom(other);
-        return *this;
-    }
+    Texture(const Texture& other);
+    Texture& operator=(const Texture& other);
 
+    // From an image file, or from a list of layer images (.t3d) as a volume; textures of one file name, without regard
+    // to case, share one record. Sides are powers of two. On failure the handle is empty and the error log says why.
     bool Load(const std::string& fileName, TextureType type, bool mipmaps, bool smooth);
     // Pure black becomes transparent; as file, no mipmaps, no smoothing.
     bool LoadCC(const std::string& fileName);
-    // Sides and depth are powers of two.
+    // Empty texels of undefined content. Sides and depth are powers of two; a cube is square, has depth 1 and a full
+    // mipmap chain, everything else one level.
     bool Create(unsigned width, unsigned height, TextureType type, unsigned depth, bool mipmaps);
 
+    // Binds the texture and sets the stage's sampler from the wrap flags and the filter.
     void Set(unsigned stage) const;
     TextureLock Lock(bool readOnly) const;
-    void Release() { SRFree(); }
+    void Release();
 
+    // Of the record, so of every handle on it; seen at the next Set.
     void SetWrap(bool u, bool v, bool w);
     void SetFilter(unsigned filter);
 
@@ -93,7 +101,13 @@ class Texture : public SharedResource<TextureRecord> {
     [[nodiscard]] bool IsSameAs(const Texture& other) const { return Record() == other.Record(); }
 
   private:
+    struct LoadRequest;
     void ReleaseApi() override;
+    bool LoadAny(const LoadRequest& request);
+    bool LoadImageFile(const LoadRequest& request);
+    bool LoadVolume(const LoadRequest& request);
+    bool CopyLayers(const std::vector<std::unique_ptr<LoadedImage>>& layers);
+    TextureRecord& Adopt(std::unique_ptr<platform::DeviceTexture> object, const platform::TextureRequest& made);
 };
 
 }  // namespace DXG

@@ -25,7 +25,8 @@ platform::VertexLayout* DeclarationOf(const VertexFormat& format);
 
 struct SVB_API_Data {
     std::unique_ptr<platform::DeviceBuffer> buffer;
-    platform::VertexLayout* declaration = nullptr;
+    platform::VertexLayout* declaration = nullptr;  // of the declaration cache
+    bool wentWithDevice = false;                    // the foundation was shut down while a handle still held the buffer
 };
 struct VertexBufferRecord : ResType {
     unsigned count = 0;
@@ -38,6 +39,7 @@ struct VertexBufferRecord : ResType {
 };
 struct SIB_API_Data {
     std::unique_ptr<platform::DeviceBuffer> buffer;
+    bool wentWithDevice = false;
 };
 struct IndexBufferRecord : ResType {
     unsigned count = 0;
@@ -47,7 +49,7 @@ struct IndexBufferRecord : ResType {
     SIB_API_Data api;
 };
 
-// The locked bytes of a buffer; unlocks at its end. Null data when the lock failed.
+// The locked bytes of a buffer; unlocks at its end. Null data when the lock failed. The buffer outlives its lock.
 class BufferLock {
   public:
     BufferLock() = default;
@@ -70,14 +72,16 @@ class VertexBuffer : public SharedResource<VertexBufferRecord> {
   public:
     VertexBuffer() = default;
     ~VertexBuffer() override;
-    VertexBuffer(const VertexBuffer& other) : SharedResource() { CopyFrom(other); }
-    VertexBuffer& operator=(const VertexBuffer& other) {
-        CopyFrom(other);
-        return *this;
-    }
+    VertexBuffer(const VertexBuffer& other);
+    VertexBuffer& operator=(const VertexBuffer& other);
+    // `count` vertices of `stride` bytes, at least StrideOf(format). On failure the handle is empty and the error log
+    // says why.
     bool Create(unsigned count, const VertexFormat& format, unsigned stride, bool dynamic, bool writeOnly);
+    // The whole buffer; `discard` lets a dynamic one forget its contents.
     BufferLock Lock(bool discard) const;
+    // Binds the buffer and its declaration. Warns when nothing was ever written into it.
     void Set() const;
+    void Release();
     [[nodiscard]] bool IsCreated() const { return Record() != nullptr; }
     [[nodiscard]] unsigned Count() const { return Record() ? Record()->count : 0; }
 
@@ -89,14 +93,13 @@ class IndexBuffer : public SharedResource<IndexBufferRecord> {
   public:
     IndexBuffer() = default;
     ~IndexBuffer() override;
-    IndexBuffer(const IndexBuffer& other) : SharedResource() { CopyFrom(other); }
-    IndexBuffer& operator=(const IndexBuffer& other) {
-        CopyFrom(other);
-        return *this;
-    }
-    bool Create(unsigned count, bool dynamic, bool writeOnly);  // 16-bit indices
+    IndexBuffer(const IndexBuffer& other);
+    IndexBuffer& operator=(const IndexBuffer& other);
+    // 16-bit indices. On failure the handle is empty and the error log says why.
+    bool Create(unsigned count, bool dynamic, bool writeOnly);
     BufferLock Lock() const;
     void Set() const;
+    void Release();
     [[nodiscard]] bool IsCreated() const { return Record() != nullptr; }
     [[nodiscard]] unsigned Count() const { return Record() ? Record()->count & 0xFFFFU : 0; }
 
@@ -104,9 +107,10 @@ class IndexBuffer : public SharedResource<IndexBufferRecord> {
     void ReleaseApi() override;
 };
 
-// Triangles of the bound vertex buffer, from vertex `first`.
+// Triangles of the bound vertex buffer, from vertex `firstVertex`; never more than the buffer holds.
 void DrawTriangles(unsigned firstVertex, unsigned triangleCount);
-// Indexed triangles of the bound buffers, from index 0.
+// Indexed triangles of the bound buffers, from index 0; never more than the index buffer holds. The indices themselves
+// are not checked.
 void DrawIndexed(unsigned triangleCount);
 
 }  // namespace DXG

@@ -12,26 +12,27 @@ struct ResType {
     int referenceCount = 1;
 };
 
-// The base of a handle. Counts and lists have no lock of their own: kinds used from several threads hold the graphics lock.
-// A kind's destructor calls SRFree before this base goes.
+// The base of a handle. Counts and lists have no lock of their own: kinds used from several threads hold the graphics
+// lock. A kind's destructor calls SRFree before this base goes.
 template <typename RecordType>
 class SharedResource {
   public:
     using RecordList = std::vector<RecordType*>;
 
     virtual ~SharedResource() {
-        if (record)
+        if (shared)
             ReportWithStack(
                 "Warning: Base (SharedResource) being destructed, but resource still allocated.  Did child not call SRFree in destructor?\n");
     }
     SharedResource(const SharedResource&) = delete;
     SharedResource& operator=(const SharedResource&) = delete;
 
-    [[nodiscard]] RecordType* Record() const { return record; }
+    [[nodiscard]] RecordType* Record() const { return shared; }
     // All live records of the kind, in creation order.
     static RecordList& Records() {
-        static RecordList records;
-        return records;
+        // Never destroyed: handles with static lifetime may go later than any list with one.
+        static RecordList* records = new RecordList;
+        return *records;
     }
     // The first record for which `matches` answers true, or null.
     template <typename Matches>
@@ -47,7 +48,7 @@ class SharedResource {
     SharedResource() = default;
     // Frees the current record and makes a new one, counted once.
     RecordType& AllocateRecord();
-    void CopyFrom(const SharedResource& other) { ShareRecord(other.record); }
+    void CopyFrom(const SharedResource& other) { ShareRecord(other.shared); }
     // Frees the current record and takes a reference to another (or none).
     void ShareRecord(RecordType* other);
 
@@ -55,42 +56,42 @@ class SharedResource {
     // Frees the platform objects of the record, which is about to go.
     virtual void ReleaseApi() = 0;
 
-    RecordType* record = nullptr;
+    RecordType* shared = nullptr;
 };
 
 template <typename RecordType>
 RecordType& SharedResource<RecordType>::AllocateRecord() {
     SRFree();
-    record = new2<RecordType>({"ResType", "ResType", "SharedResource_TCPP", __LINE__});
-    Records().push_back(record);
-    return *record;
+    shared = new2<RecordType>({"ResType", "ResType", "SharedResource_TCPP", __LINE__});
+    Records().push_back(shared);
+    return *shared;
 }
 
 template <typename RecordType>
 void SharedResource<RecordType>::ShareRecord(RecordType* other) {
-    if (other == record) return;
+    if (other == shared) return;
     SRFree();
-    record = other;
-    if (record) ++record->referenceCount;
+    shared = other;
+    if (shared) ++shared->referenceCount;
 }
 
 template <typename RecordType>
 void SharedResource<RecordType>::SRFree() {
-    if (!record) return;
-    if (--record->referenceCount > 0) {
-        record = nullptr;
+    if (!shared) return;
+    if (--shared->referenceCount > 0) {
+        shared = nullptr;
         return;
     }
     RecordList& records = Records();
     bool found = false;
     for (auto place = records.begin(); place != records.end(); ++place)
-        if (*place == record) {
+        if (*place == shared) {
             records.erase(place);
             found = true;
             break;
         }
     if (!found) ReportWithStack("Internal error in SharedResource, SRFree()...");
     ReleaseApi();
-    delete2(record, "SharedResource_TCPP", __LINE__);
-    record = nullptr;
+    delete2(shared, "SharedResource_TCPP", __LINE__);
+    shared = nullptr;
 }

@@ -1,0 +1,251 @@
+#include "graphics/device/DXGTexture.h"
+
+#include <array>
+#include <bit>
+
+#include "graphics/device/TextureRegistry.h"
+
+namespace DXG {
+
+namespace {
+
+using platform::PixelFormat;
+using platform::TextureKind;
+
+constexpr unsigned stageCount = 8;
+
+// What Set bound last; the device must not keep an object that goes.
+std::array<platform::DeviceTexture*, stageCount> boundObjects{};
+
+void DropObject(TextureRecord& record) {
+    platform::GraphicsDevice* device = DeviceOrNull();
+    for (unsigned stage = 0; stage < stageCount; ++stage) {
+        if (!record.api.object || boundObjects[stage] != record.api.object.get()) continue;
+        boundObjects[stage] = nullptr;
+        if (device) device->SetTexture(stage, nullptr);
+    }
+    record.api.object.reset();
+}
+
+// Device objects must not outlive their device. The records stay with their handles, which are told off when they go.
+void DropAllObjects() {
+    const ScopedLock held(TextureRegistryLock());
+    for (TextureRecord* record : Texture::Records()) {
+        record->api.wentWithDevice = record->api.wentWithDevice || record->api.object;
+        DropObject(*record);
+    }
+}
+
+// Creation asks for no device support; Unknown for a type that cannot be created.
+PixelFormat CreationFormatOf(TextureType type) {
+    switch (type) {
+        case TextureType::Alpha:
+            return PixelFormat::A8;
+        case TextureType::Colour:
+            return Uses32BitColour() ? PixelFormat::X8R8G8B8 : PixelFormat::R5G6B5;
+        case TextureType::ColourAlpha:
+        case TextureType::CubeMap:
+            return Uses32BitColour() ? PixelFormat::A8R8G8B8 : PixelFormat::A4R4G4B4;
+        default:
+            return PixelFormat::Unknown;
+    }
+}
+
+const char* CreationFailureOf(TextureKind kind) {
+    switch (kind) {
+        case TextureKind::Cube:
+            return "pD3DDev->CreateCubeTexture failed.\n  -call stack: ";
+        case TextureKind::Volume:
+            return "pD3DDev->CreateVolumeTexture failed.\n  -call stack: ";
+        default:
+            return "pD3DDev->CreateTexture failed.\n  -call stack:";
+    }
+}
+
+platform::TextureFilter FilterOf(unsigned code) {
+    switch (code) {
+        case 0:
+            return platform::TextureFilter::None;
+        case 1:
+            return platform::TextureFilter::Point;
+        case 2:
+            return platform::TextureFilter::Linear;
+        default:
+            return platform::TextureFilter::Anisotropic;
+    }
+}
+
+// Between levels a texture is sampled as smoothly as within one, as far as there are levels.
+platform::TextureFilter MipmapFilterOf(unsigned code, unsigned levels) {
+    if (levels <= 1 || code == 0) return platform::TextureFilter::None;
+    return code == 1 ? platform::TextureFilter::Point : platform::TextureFilter::Linear;
+}
+
+platform::TextureAddress AddressOf(bool wrap) {
+    return wrap ? platform::TextureAddress::Wrap : platform::TextureAddress::Clamp;
+}
+
+}  // namespace
+
+CriticalSection& TextureRegistryLock() {
+    static CriticalSection* lock = new CriticalSection;  // outlives every static handle
+    return *lock;
+}
+
+platform::DeviceResult MakeTextureObject(const platform::TextureRequest& request,
+                                         std::unique_ptr<platform::DeviceTexture>& out) {
+    platform::GraphicsDevice* device = DeviceOrNull();
+    if (!device) return platform::DeviceResult::Failed;
+    static const bool registered = (AddTeardownHook(DropAllObjects), true);
+    (void)registered;
+    const platform::DeviceResult result = device->CreateTexture(request, out);
+    return result == platform::DeviceResult::Ok && !out ? platform::DeviceResult::Failed : result;
+}
+
+TextureType TypeOfFormat(PixelFormat format) {
+    switch (format) {
+        case PixelFormat::R8G8B8:
+        case PixelFormat::X8R8G8B8:
+        case PixelFormat::R5G6B5:
+        case PixelFormat::X1R5G5B5:
+        case PixelFormat::R3G3B2:
+        case PixelFormat::X4R4G4B4:
+        case PixelFormat::X8B8G8R8:
+            return TextureType::Colour;
+        case PixelFormat::A8R8G8B8:
+        case PixelFormat::A1R5G5B5:
+        case PixelFormat::A4R4G4B4:
+        case PixelFormat::A8R3G3B2:
+        case PixelFormat::A2B10G10R10:
+        case PixelFormat::A8B8G8R8:
+        case PixelFormat::A2R10G10B10:
+        case PixelFormat::A16B16G16R16:
+            return TextureType::ColourAlpha;
+        case PixelFormat::A8:
+        case PixelFormat::P8:
+        case PixelFormat::L8:
+            return TextureType::Alpha;
+        default:
+            break;
+    }
+    WriteReport(errorLog, "Internal DXG Error: unable to deduce texture type from d3d format\n", "  -stack:", false);
+    return TextureType::ColourAlpha;
+}
+
+Texture::Texture() {
+    if (!IsInitialized()) ReportWithStack("Bad: texture created, but graphics is not inited.\n");
+}
+
+Texture::~Texture() {
+    const TextureScope held;
+    if (Record() && !IsInitialized() && (Record()->api.object || Record()->api.wentWithDevice)) {
+        ReportWithStack(
+            "Bad: texture being destructed, but graphics is not inited.\n"
+            "  -AND it still thinks it has d3d resources.\n");
+        errorLog.Write("Foolish globals are likely at fault.\n");
+    }
+    SRFree();
+}
+
+Texture::Texture(const Texture& other) : Texture() {
+    const TextureScope held;
+    CopyFrom(other);
+}
+
+Texture& Texture::operator=(const Texture& other) {
+    const TextureScope held;
+    CopyFrom(other);
+    return *this;
+}
+
+void Texture::Release() {
+    const TextureScope held;
+    SRFree();
+}
+
+void Texture::ReleaseApi() {
+    DropObject(*Record());
+}
+
+TextureRecord& Texture::Adopt(std::unique_ptr<platform::DeviceTexture> object, const platform::TextureRequest& made) {
+    TextureRecord& record = AllocateRecord();
+    record.api.object = std::move(object);
+    record.api.format = record.api.object->Format();
+    record.type = TypeOfFormat(record.api.format);
+    record.kind = made.kind;
+    record.imageWidth = record.width = made.width;
+    record.imageHeight = record.height = made.height;
+    record.depth = made.depth;
+    return record;
+}
+
+bool Texture::Create(unsigned width, unsigned height, TextureType type, unsigned depth, bool mipmaps) {
+    if (!IsInitialized()) ReportNotInitialized("DXG::Texture::Create", "  -call stack:\n", false);
+    const TextureScope held;
+    SRFree();
+    if (!std::has_single_bit(width) || !std::has_single_bit(height) || !std::has_single_bit(depth)) {
+        ReportWithStack("Cannot create texture:\n  -dimensions must be powers of 2\n");
+        return false;
+    }
+    const bool cube = type == TextureType::CubeMap;
+    if (cube && depth != 1) {
+        errorLog.Write("Cube Maps can't be 3D...\n");
+        return false;
+    }
+    if (cube && width != height) {
+        errorLog.Write("Cube maps can't have non-square sides...\n");
+        return false;
+    }
+    if (depth > 1 && mipmaps)
+        errorLog.Write("warning: 3D textures can't be mipmapped, but was requested (no plans to implement).\n");
+    if (depth > 1 && !HasVolumeTextures()) return false;
+    platform::TextureRequest request;
+    request.kind = cube ? TextureKind::Cube : depth > 1 ? TextureKind::Volume : TextureKind::Plain;
+    request.width = width;
+    request.height = height;
+    request.depth = depth;
+    request.levels = cube ? 0 : 1;
+    request.format = CreationFormatOf(type);
+    if (request.format == PixelFormat::Unknown) {
+        errorLog.Write("unsupported or unimplemented format in (DirectX)Texture::Create.\n");
+        return false;
+    }
+    std::unique_ptr<platform::DeviceTexture> object;
+    if (MakeTextureObject(request, object) != platform::DeviceResult::Ok) {
+        WriteReport(errorLog, CreationFailureOf(request.kind), "", false);
+        return false;
+    }
+    Adopt(std::move(object), request);
+    return true;
+}
+
+void Texture::Set(unsigned stage) const {
+    const TextureRecord* record = Record();
+    if (!record) return ReportWithStack("Set called on a non-loaded texture.\n");
+    platform::GraphicsDevice* device = DeviceOrNull();
+    if (!device || stage >= stageCount) return;
+    const STex_API_Data& api = record->api;
+    boundObjects[stage] = api.object.get();
+    device->SetTexture(stage, api.object.get());
+    if (!api.object) return;
+    platform::SamplerState sampler;
+    sampler.minify = sampler.magnify = FilterOf(api.filter);
+    sampler.mipmap = MipmapFilterOf(api.filter, api.object->Levels());
+    sampler.u = AddressOf(api.wrapU);
+    sampler.v = AddressOf(api.wrapV);
+    if (record->kind == TextureKind::Volume) sampler.w = AddressOf(api.wrapW);
+    device->SetSampler(stage, sampler);
+}
+
+void Texture::SetWrap(bool u, bool v, bool w) {
+    if (!Record()) return;
+    Record()->api.wrapU = u;
+    Record()->api.wrapV = v;
+    Record()->api.wrapW = w;
+}
+
+void Texture::SetFilter(unsigned filter) {
+    if (Record()) Record()->api.filter = filter;
+}
+
+}  // namespace DXG
