@@ -1,0 +1,51 @@
+#include "demo/server/PeerDoor.h"
+
+#include <vector>
+
+namespace demo {
+
+bool PeerDoor::Listen(std::uint16_t wantedPort, std::string& reason) {
+    const asio::ip::tcp::endpoint here(asio::ip::address_v4::loopback(), wantedPort);
+    asio::error_code failure;
+    acceptor.open(here.protocol(), failure);
+    if (!failure) acceptor.set_option(asio::socket_base::reuse_address(true), failure);
+    if (!failure) acceptor.bind(here, failure);
+    if (!failure) acceptor.listen(asio::socket_base::max_listen_connections, failure);
+    if (!failure) port = acceptor.local_endpoint(failure).port();
+    if (failure) reason = failure.message();
+    return !failure;
+}
+
+void PeerDoor::Accept(Peer::Listener& theListener, std::function<void(Peer&)> theWelcome) {
+    listener = &theListener;
+    welcome = std::move(theWelcome);
+    AcceptNext();
+}
+
+void PeerDoor::AcceptNext() {
+    acceptor.async_accept([this](const asio::error_code& failure, asio::ip::tcp::socket socket) {
+        if (!acceptor.is_open()) return;
+        if (!failure && peers.size() < peerLimit) {
+            auto peer = std::make_shared<Peer>(std::move(socket), ++lastNumber, *listener);
+            peers[peer->Number()] = peer;
+            welcome(*peer);
+            peer->Start();
+        }
+        AcceptNext();
+    });
+}
+
+Peer* PeerDoor::Find(std::uint64_t number) {
+    const auto found = peers.find(number);
+    return found == peers.end() ? nullptr : found->second.get();
+}
+
+void PeerDoor::Close() {
+    asio::error_code ignored;
+    acceptor.close(ignored);
+    std::vector<std::shared_ptr<Peer>> leaving;
+    for (const auto& [number, peer] : peers) leaving.push_back(peer);
+    for (const auto& peer : leaving) peer->Abort();
+}
+
+}  // namespace demo
