@@ -16,7 +16,8 @@ struct Account {
 // Reads the "Name=" and "Password=" lines of every .ini file in the folder.
 std::vector<Account> ReadAccounts(const std::filesystem::path& folder);
 
-// The account whose name and password the text consists of, divided by a space; null for a wrong one. Either may hold spaces.
+// The account whose name and password the text consists of, divided by a space; null for a wrong one. Either may hold
+// spaces.
 const Account* FindAccount(const std::vector<Account>& accounts, std::string_view nameAndPassword);
 
 // Without regard to the case of letters.

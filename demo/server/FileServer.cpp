@@ -6,7 +6,7 @@
 #include <iterator>
 #include <optional>
 
-#include "demo/server/Wire.h"
+#include "demo/formats/ByteWriter.h"
 
 namespace demo {
 
@@ -42,12 +42,6 @@ bool IsDreamName(std::string_view name) {
     });
 }
 
-std::string LittleEndian(std::size_t value) {
-    std::string bytes;
-    for (int shift = 0; shift < 32; shift += 8) bytes += static_cast<char>(value >> shift & 0xFF);
-    return bytes;
-}
-
 }  // namespace
 
 std::size_t FileServer::Transfer::BlockCount() const {
@@ -58,12 +52,16 @@ std::size_t FileServer::Transfer::BlockCount() const {
 std::string FileServer::Transfer::Block(std::size_t number) const {
     const std::size_t payload = blockSize - blockHeaderSize;
     const std::string content = bytes.substr(number * payload, payload);
-    std::string block = "SC" + LittleEndian(number) + LittleEndian(content.size()) + content;
-    block.resize(blockSize, '\0');
-    return block;
+    return ByteWriter()
+        .Bytes("SC")
+        .U32(static_cast<std::uint32_t>(number))
+        .U32(static_cast<std::uint32_t>(content.size()))
+        .Field(content, payload)
+        .Str();
 }
 
-FileServer::FileServer(asio::io_context& io, std::filesystem::path folder, std::vector<Account> theAccounts, ServerLog& theLog)
+FileServer::FileServer(asio::io_context& io, std::filesystem::path folder, std::vector<Account> theAccounts,
+                       ServerLog& theLog)
     : door(io, clientLimit), dreamFolder(std::move(folder)), accounts(std::move(theAccounts)), log(theLog) {}
 
 void FileServer::Start() {
@@ -104,8 +102,8 @@ void FileServer::Request(Peer& peer, std::string_view request) {
     transfer.bytes.assign(std::istreambuf_iterator<char>(file), {});
     transfer.blockSize = std::clamp(*blockSize, smallestBlock, largestBlock);
     if (transfer.bytes.empty()) return Refuse(peer, "52 No such dream.");
-    log.Write("file: \"" + account->name + "\" asks for " + transfer.dream + ", " + std::to_string(transfer.bytes.size()) +
-              " bytes in " + std::to_string(transfer.BlockCount()) + " blocks");
+    log.Write("file: \"" + account->name + "\" asks for " + transfer.dream + ", " +
+              std::to_string(transfer.bytes.size()) + " bytes in " + std::to_string(transfer.BlockCount()) + " blocks");
     peer.Send("44 " + std::to_string(transfer.bytes.size()) + " 0 " + std::to_string(transfer.blockSize) + "\n");
     SendNextBlock(peer, transfers[peer.Number()] = std::move(transfer));
 }

@@ -15,7 +15,9 @@ constexpr std::size_t descriptionLimit = 300;
 // A line with thirteen ampersands accepts a login.
 constexpr const char* loginAccepted = "&&&&&&&&&&&&&";
 
-bool IsNear(Cell a, Cell b) { return std::max(std::abs(a.gx - b.gx), std::abs(a.gy - b.gy)) <= hearingDistance; }
+bool IsNear(Cell a, Cell b) {
+    return std::max(std::abs(a.gx - b.gx), std::abs(a.gy - b.gy)) <= hearingDistance;
+}
 
 }  // namespace
 
@@ -25,7 +27,9 @@ bool Game::Allowance::Take() {
     return true;
 }
 
-void Game::Allowance::Refill(double seconds) { left = std::min(most, left + perSecond * seconds); }
+void Game::Allowance::Refill(double seconds) {
+    left = std::min(most, left + perSecond * seconds);
+}
 
 Game::Game(std::vector<Place> places, std::vector<Account> theAccounts, GameOptions theOptions, Outbox& theOutbox,
            ServerLog& theLog)
@@ -77,8 +81,10 @@ void Game::Line(ClientId client, std::string_view line) {
         player.toldToSlowDown = true;
         return;
     }
-    if (player.stage == Stage::Ready) Command(player, line);
-    else LoginLine(player, line);
+    if (player.stage == Stage::Ready)
+        Command(player, line);
+    else
+        LoginLine(player, line);
 }
 
 void Game::LoginLine(Player& player, std::string_view line) {
@@ -87,7 +93,8 @@ void Game::LoginLine(Player& player, std::string_view line) {
         return;
     }
     if (player.stage == Stage::Description && line.starts_with("desc")) {
-        player.figure.description = wire::Printable(line.substr(std::min<std::size_t>(5, line.size()))).substr(0, descriptionLimit);
+        player.figure.description =
+            wire::Printable(line.substr(std::min<std::size_t>(5, line.size()))).substr(0, descriptionLimit);
         player.stage = Stage::Colours;
         return;
     }
@@ -148,10 +155,13 @@ void Game::Arrive(Player& player, Scene& scene, Cell cell, bool greet) {
 
 void Game::ShowScene(const Player& player, bool greet) {
     const Scene& scene = *player.figure.scene;
-    for (const std::string& line : scene.ChangeLines()) Tell(player, line);
+    for (const std::string& line : scene.ChangeLines())
+        Tell(player, line);
     Tell(player, scene.ViewLine(player.figure.cell));
-    for (const Figure* figure : scene.figures) Tell(player, scene.AppearLine(*figure));
-    for (const Label& label : scene.place.labels) Tell(player, scene.LabelLine(label));
+    for (const Figure* figure : scene.figures)
+        Tell(player, scene.AppearLine(*figure));
+    for (const Label& label : scene.place.labels)
+        Tell(player, scene.LabelLine(label));
     if (greet) Tell(player, scene.place.greeting);
 }
 
@@ -225,7 +235,9 @@ Game::Player* Game::FindPlayer(std::string_view name) {
 }
 
 // Of a line of text the first byte, "(" or "[", only marks it as text; the second one gives it its colour.
-void Game::Tell(const Player& player, const std::string& line) { outbox.Send(player.id, line + "\n"); }
+void Game::Tell(const Player& player, const std::string& line) {
+    outbox.Send(player.id, line + "\n");
+}
 
 void Game::TellAll(const Scene& scene, const std::string& line) {
     for (const auto& [id, player] : players)

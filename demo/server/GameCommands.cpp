@@ -11,7 +11,9 @@ namespace {
 
 constexpr std::size_t textLimit = 500;
 
-std::string Heard(std::string_view text) { return wire::Printable(text.substr(0, textLimit)); }
+std::string Heard(std::string_view text) {
+    return wire::Printable(text.substr(0, textLimit));
+}
 
 }  // namespace
 
@@ -121,7 +123,8 @@ void Game::Whisper(Player& player, std::string_view nameAndText) {
     // A name may hold spaces, so the names in the game decide where the text begins.
     for (const auto& [id, other] : players) {
         const std::string& name = other->figure.name;
-        if (other->stage != Stage::Ready || nameAndText.size() <= name.size() || nameAndText[name.size()] != ' ') continue;
+        if (other->stage != Stage::Ready || nameAndText.size() <= name.size() || nameAndText[name.size()] != ' ')
+            continue;
         if (!SameName(nameAndText.substr(0, name.size()), name)) continue;
         const std::string heard = Heard(nameAndText.substr(name.size() + 1));
         Tell(*other, "[[ " + player.figure.name + " whispers, \"" + heard + "\" to you. ]");

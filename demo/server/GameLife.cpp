@@ -12,7 +12,8 @@ namespace {
 
 std::string Lower(std::string_view text) {
     std::string lower(text);
-    for (char& c : lower) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    for (char& c : lower)
+        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
     return lower;
 }
 
@@ -33,11 +34,13 @@ void Game::Tick(double seconds) {
         if (player->words.left > player->words.most / 2) player->toldToSlowDown = false;
     }
     if (options.still) return;
-    for (const auto& wanderer : wanderers) Wander(*wanderer, seconds);
+    for (const auto& wanderer : wanderers)
+        Wander(*wanderer, seconds);
     untilGroundChange -= seconds;
     if (untilGroundChange <= 0.0) {
         untilGroundChange = 4.0 + Random(5);
-        for (const auto& scene : scenes) ChangeGround(*scene);
+        for (const auto& scene : scenes)
+            ChangeGround(*scene);
     }
     untilEvening -= seconds;
     if (untilEvening <= 0.0) {
@@ -69,8 +72,10 @@ void Game::Wander(Wanderer& wanderer, double seconds) {
         wanderer.untilStep = Random(6) == 0 ? 2.0 + Random(4) : 0.45;
         const int direction = Random(4) == 0 ? Random(directionCount) : figure.facing;
         const Cell to = Neighbour(figure.cell, direction);
-        if (IsWithin(nature.home, to, nature.range) && !figure.scene->DoorAt(to)) Step(figure, direction);
-        else figure.facing = Random(directionCount);
+        if (IsWithin(nature.home, to, nature.range) && !figure.scene->DoorAt(to))
+            Step(figure, direction);
+        else
+            figure.facing = Random(directionCount);
     }
     wanderer.untilSaying -= seconds;
     if (wanderer.untilSaying > 0.0 || nature.sayings.empty()) return;
@@ -79,8 +84,8 @@ void Game::Wander(Wanderer& wanderer, double seconds) {
     const std::string& saying = nature.sayings[wanderer.nextSaying++ % nature.sayings.size()];
     // A saying that begins with a colon is something done.
     const bool done = saying.starts_with(':');
-    TellNear(*figure.scene, figure.cell, done ? "(* " + figure.name + " " + saying.substr(1) : "(" + figure.name + ": " + saying,
-             nullptr);
+    TellNear(*figure.scene, figure.cell,
+             done ? "(* " + figure.name + " " + saying.substr(1) : "(" + figure.name + ": " + saying, nullptr);
 }
 
 void Game::HearSpeech(const Player& speaker, std::string_view text) {
@@ -99,7 +104,8 @@ void Game::HearSpeech(const Player& speaker, std::string_view text) {
 
 void Game::ChangeGround(Scene& scene) {
     if (scene.place.livingGround.empty()) return;
-    const Cell cell = scene.place.livingGround[static_cast<std::size_t>(Random(static_cast<int>(scene.place.livingGround.size())))];
+    const Cell cell =
+        scene.place.livingGround[static_cast<std::size_t>(Random(static_cast<int>(scene.place.livingGround.size())))];
     CellContent* content = scene.now.At(cell);
     if (!content || scene.FigureAt(cell)) return;
     if (Random(3) == 0) {
@@ -107,7 +113,8 @@ void Game::ChangeGround(Scene& scene) {
         return TellAll(scene, scene.ObjectLine(cell));
     }
     const CellContent& original = *scene.place.map.At(cell);
-    content->floor = content->floor == original.floor ? static_cast<std::uint16_t>(floors::GrassFlowers) : original.floor;
+    content->floor =
+        content->floor == original.floor ? static_cast<std::uint16_t>(floors::GrassFlowers) : original.floor;
     TellAll(scene, scene.FloorLine(cell));
 }
 

@@ -10,9 +10,12 @@ constexpr auto tickTime = std::chrono::milliseconds(50);
 
 }  // namespace
 
-GameServer::GameServer(asio::io_context& io, std::vector<Place> places, std::vector<Account> accounts, GameOptions options,
-                       ServerLog& theLog)
-    : door(io, playerLimit), timer(io), log(theLog), game(std::move(places), std::move(accounts), options, *this, theLog) {}
+GameServer::GameServer(asio::io_context& io, std::vector<Place> places, std::vector<Account> accounts,
+                       GameOptions options, ServerLog& theLog)
+    : door(io, playerLimit),
+      timer(io),
+      log(theLog),
+      game(std::move(places), std::move(accounts), options, *this, theLog) {}
 
 void GameServer::Start() {
     door.Accept(*this, [this](Peer& peer) {

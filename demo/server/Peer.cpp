@@ -22,10 +22,11 @@ void Peer::Start() {
 }
 
 void Peer::Read() {
-    socket.async_read_some(asio::buffer(input), [self = shared_from_this()](const asio::error_code& failure, std::size_t count) {
-        if (failure) return self->Abort();
-        self->Heard(count);
-    });
+    socket.async_read_some(asio::buffer(input),
+                           [self = shared_from_this()](const asio::error_code& failure, std::size_t count) {
+                               if (failure) return self->Abort();
+                               self->Heard(count);
+                           });
 }
 
 void Peer::Heard(std::size_t count) {

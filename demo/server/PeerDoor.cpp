@@ -44,8 +44,10 @@ void PeerDoor::Close() {
     asio::error_code ignored;
     acceptor.close(ignored);
     std::vector<std::shared_ptr<Peer>> leaving;
-    for (const auto& [number, peer] : peers) leaving.push_back(peer);
-    for (const auto& peer : leaving) peer->Abort();
+    for (const auto& [number, peer] : peers)
+        leaving.push_back(peer);
+    for (const auto& peer : leaving)
+        peer->Abort();
 }
 
 }  // namespace demo

@@ -16,7 +16,7 @@ namespace demo {
 class PeerDoor {
   public:
     // More clients than this at once are turned away.
-    PeerDoor(asio::io_context& io, std::size_t peerLimit) : acceptor(io), peerLimit(peerLimit) {}
+    PeerDoor(asio::io_context& io, std::size_t mostPeers) : acceptor(io), peerLimit(mostPeers) {}
 
     // Port 0: the system picks one. False, with the reason, when the port cannot be had.
     [[nodiscard]] bool Listen(std::uint16_t port, std::string& reason);

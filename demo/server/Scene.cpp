@@ -9,7 +9,8 @@
 namespace demo {
 
 Figure* Scene::FigureAt(Cell cell) const {
-    const auto found = std::find_if(figures.begin(), figures.end(), [&](const Figure* figure) { return figure->cell == cell; });
+    const auto found =
+        std::find_if(figures.begin(), figures.end(), [&](const Figure* figure) { return figure->cell == cell; });
     return found == figures.end() ? nullptr : *found;
 }
 
@@ -54,9 +55,13 @@ std::string Scene::MoveLine(const Figure& figure, Cell from) const {
            wire::Position(now, from);
 }
 
-std::string Scene::LeaveLine(Cell cell) const { return ")" + wire::Position(now, cell); }
+std::string Scene::LeaveLine(Cell cell) const {
+    return ")" + wire::Position(now, cell);
+}
 
-std::string Scene::ViewLine(Cell cell) const { return "@" + wire::Position(now, cell); }
+std::string Scene::ViewLine(Cell cell) const {
+    return "@" + wire::Position(now, cell);
+}
 
 std::string Scene::FloorLine(Cell cell) const {
     const CellContent* content = now.At(cell);

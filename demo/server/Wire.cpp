@@ -11,7 +11,9 @@ constexpr char zeroDigit = ' ';
 constexpr std::size_t colourCount = 10;
 constexpr int colourNumbers = 64;
 
-bool IsPrintable(char c) { return c >= ' ' && c <= '~'; }
+bool IsPrintable(char c) {
+    return c >= ' ' && c <= '~';
+}
 
 }  // namespace
 

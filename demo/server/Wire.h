@@ -22,7 +22,8 @@ std::optional<Cell> ParsePosition(const WorldMap& map, std::string_view text);
 // The frame code of a standing (stride 0) or walking (stride 1 to 3) character.
 std::string Frame(int facing, int stride);
 
-// Ten colour bytes made from what a player calls its colours: bytes that are no colour numbers (32 to 95) become the first one.
+// Ten colour bytes made from what a player calls its colours: bytes that are no colour numbers (32 to 95) become the
+// first one.
 std::string Colours(std::string_view text);
 
 // Drops what does not belong into a line: every byte outside 32 to 126.

@@ -101,7 +101,8 @@ std::string_view FloorText(int floor) {
 }
 
 std::string_view ObjectText(int object) {
-    return object > 0 && object < objects::Count ? objectTable[static_cast<std::size_t>(object)].text : std::string_view();
+    return object > 0 && object < objects::Count ? objectTable[static_cast<std::size_t>(object)].text
+                                                 : std::string_view();
 }
 
 bool IsWalkable(int floor) {
@@ -113,6 +114,8 @@ bool IsSolid(int object) {
     return object > 0 && object < objects::Count && objectTable[static_cast<std::size_t>(object)].solid;
 }
 
-bool IsPassable(int wall) { return wall <= walls::Gate; }
+bool IsPassable(int wall) {
+    return wall <= walls::Gate;
+}
 
 }  // namespace demo

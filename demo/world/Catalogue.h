@@ -72,9 +72,39 @@ enum Number : std::uint8_t {
 
 namespace objects {
 enum Number : std::uint16_t {
-    Oak = 1, Pine, Birch, Bush, Bench, Lamp, Well, Table, Chair, Barrel, Crate, Flowerpot, Signpost, Fountain, Stove, Bed,
-    Shelf, Boat, Statue, Mushroom, CrystalCluster, Stall, Cart, Rock, Stump, Campfire, Anvil, Haystack, Lectern, Globe,
-    Shell, Seaweed, Count
+    Oak = 1,
+    Pine,
+    Birch,
+    Bush,
+    Bench,
+    Lamp,
+    Well,
+    Table,
+    Chair,
+    Barrel,
+    Crate,
+    Flowerpot,
+    Signpost,
+    Fountain,
+    Stove,
+    Bed,
+    Shelf,
+    Boat,
+    Statue,
+    Mushroom,
+    CrystalCluster,
+    Stall,
+    Cart,
+    Rock,
+    Stump,
+    Campfire,
+    Anvil,
+    Haystack,
+    Lectern,
+    Globe,
+    Shell,
+    Seaweed,
+    Count
 };
 }  // namespace objects
 

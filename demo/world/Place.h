@@ -33,9 +33,9 @@ struct Inhabitant {
 };
 
 struct Place {
-    std::string name;       // of a dream: as the file server knows it
-    std::string mapPath;    // in the installation, backslashes; empty for a dream, which is downloaded
-    std::string palette;    // file name in patches\default
+    std::string name;     // of a dream: as the file server knows it
+    std::string mapPath;  // in the installation, backslashes; empty for a dream, which is downloaded
+    std::string palette;  // file name in patches\default
     std::string greeting;
     WorldMap map;
     Cell start;

@@ -9,16 +9,22 @@ namespace {
 constexpr int largestSide = 95 * 95 - 1;
 
 // Division that rounds down, for positions below the map's corner.
-int FloorHalf(int value) { return value >= 0 ? value / 2 : -((1 - value) / 2); }
+int FloorHalf(int value) {
+    return value >= 0 ? value / 2 : -((1 - value) / 2);
+}
 
 }  // namespace
 
 Cell Neighbour(Cell cell, int direction) {
     switch (direction) {
-        case 0: return {cell.gx, cell.gy - 1};
-        case 1: return {cell.gx - 1, cell.gy};
-        case 2: return {cell.gx, cell.gy + 1};
-        default: return {cell.gx + 1, cell.gy};
+        case 0:
+            return {cell.gx, cell.gy - 1};
+        case 1:
+            return {cell.gx - 1, cell.gy};
+        case 2:
+            return {cell.gx, cell.gy + 1};
+        default:
+            return {cell.gx + 1, cell.gy};
     }
 }
 
@@ -37,21 +43,28 @@ FileCell WorldMap::ToFile(Cell cell) const {
     return {FloorHalf(along + 1), cell.gx + cell.gy - 2 * fileHeight};
 }
 
-Cell WorldMap::Centre() const { return ToGrid({fileWidth / 2, fileHeight / 2}); }
+Cell WorldMap::Centre() const {
+    return ToGrid({fileWidth / 2, fileHeight / 2});
+}
 
 bool WorldMap::Contains(FileCell cell) const {
     return cell.fx >= 0 && cell.fy >= 0 && cell.fx < fileWidth && cell.fy < fileHeight;
 }
 
-bool WorldMap::Contains(Cell cell) const { return At(cell) != nullptr; }
+bool WorldMap::Contains(Cell cell) const {
+    return At(cell) != nullptr;
+}
 
 const CellContent* WorldMap::At(Cell cell) const {
     const FileCell file = ToFile(cell);
     if (!Contains(file)) return nullptr;
-    return &cells[static_cast<std::size_t>(file.fx) * static_cast<std::size_t>(fileHeight) + static_cast<std::size_t>(file.fy)];
+    return &cells[static_cast<std::size_t>(file.fx) * static_cast<std::size_t>(fileHeight) +
+                  static_cast<std::size_t>(file.fy)];
 }
 
-CellContent* WorldMap::At(Cell cell) { return const_cast<CellContent*>(static_cast<const WorldMap*>(this)->At(cell)); }
+CellContent* WorldMap::At(Cell cell) {
+    return const_cast<CellContent*>(static_cast<const WorldMap*>(this)->At(cell));
+}
 
 int WorldMap::WallToward(Cell cell, int direction) const {
     // A wall belongs to the cell on its higher side.

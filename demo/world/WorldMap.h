@@ -1,5 +1,6 @@
 #pragma once
-// A map of the demo world, addressed by the square grid that the picture uses and stored by the file cells that the game uses.
+// A map of the demo world, addressed by the square grid that the picture uses and stored by the file cells that the
+// game uses.
 
 #include <cstdint>
 #include <vector>

@@ -1,0 +1,310 @@
+#include "demo/world/Town.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+
+#include "demo/world/Catalogue.h"
+#include "demo/world/MapPainter.h"
+
+namespace demo {
+
+namespace {
+
+constexpr int fileWidth = 64;
+constexpr int fileHeight = 128;
+
+struct Point {
+    double x;
+    double y;
+};
+
+double DistanceToLine(Point p, Point a, Point b) {
+    const Point d{b.x - a.x, b.y - a.y};
+    const double t = std::clamp(((p.x - a.x) * d.x + (p.y - a.y) * d.y) / (d.x * d.x + d.y * d.y), 0.0, 1.0);
+    return std::hypot(p.x - a.x - t * d.x, p.y - a.y - t * d.y);
+}
+
+double Wobble(double x, double y) {
+    return std::sin(x * 0.7 + y * 0.3) + std::sin(y * 0.9 - x * 0.4);
+}
+
+// How far a corner is from open water; negative in the water. The lake lies to the east, the river leaves it
+// southwards.
+double DistanceToWater(double x, double y) {
+    const double lake = std::hypot((x - 21.0) / 1.25, y + 17.0) - 8.0 + 0.6 * Wobble(x, y);
+    const double river = y > -17.0 ? std::abs(x - 20.0 - 1.8 * std::sin(y / 6.0)) - 2.1 + 0.2 * Wobble(x, y) : 99.0;
+    return std::min(lake, river);
+}
+
+bool IsOnStreet(double x, double y) {
+    const Point p{x, y};
+    return (std::abs(x) <= 7.0 && std::abs(y) <= 7.0) || DistanceToLine(p, {-24.0, 2.0}, {33.0, 2.0}) < 1.3 ||
+           DistanceToLine(p, {1.0, -27.0}, {1.0, 22.0}) < 1.3 || DistanceToLine(p, {-8.0, -5.5}, {0.0, -5.5}) < 0.8;
+}
+
+bool IsOnPath(double x, double y) {
+    const Point p{x, y};
+    return DistanceToLine(p, {-24.0, 2.0}, {-30.0, 8.0}) < 1.0 || DistanceToLine(p, {1.0, 20.0}, {-8.0, 25.0}) < 0.9 ||
+           DistanceToLine(p, {30.0, 2.0}, {30.0, -9.0}) < 0.9 || DistanceToLine(p, {30.0, 2.0}, {33.0, 14.0}) < 0.9;
+}
+
+Ground TownGround(int cornerX, int cornerY) {
+    // Corners lie half a cell before the middle of their cell.
+    const double x = cornerX - 0.5;
+    const double y = cornerY - 0.5;
+    const double water = DistanceToWater(x, y);
+    if (water < 0.0) return Ground::Water;
+    if (water < 1.6) return Ground::Sand;
+    if (water < 2.8) return Ground::Grass;
+    if (IsOnStreet(x, y)) return Ground::Cobble;
+    if (IsOnPath(x, y)) return Ground::Dirt;
+    const double edge = 60.0 - std::max(std::abs(x + y), std::abs(x - y)) + 2.0 * Wobble(x / 2.0, y / 2.0);
+    const double wood = x + 19.0 + 2.5 * Wobble(x / 2.0, y / 2.0) + 0.05 * y * y - 6.0;
+    return edge < 10.0 || (wood < 0.0 && !IsOnPath(x, y)) ? Ground::Wood : Ground::Grass;
+}
+
+// A house with a parlour and a kitchen, its doors toward the square.
+void BuildBakery(MapPainter& p) {
+    p.Floors(-9, -15, -1, -8, floors::Planks, 2);
+    p.Floors(-9, -15, -5, -8, floors::Chequer);
+    p.Walls(-9, -15, -1, -8, walls::Timber, walls::TimberWindow);
+    for (int y = -15; y < -8; ++y)
+        p.WallX(-5, y, walls::TimberBrace);
+    p.WallX(-5, -11, walls::Doorway);
+    p.WallY(-3, -8, walls::Doorway);
+    p.WallX(-1, -12, walls::Gate);
+    p.Floors(-4, -13, -2, -11, floors::Carpet);
+    p.Floor(-9, -15, floors::Hearth);
+    p.Objects(objects::Stove, {{-9, -15}, {-8, -15}});
+    p.Objects(objects::Table, {{-3, -14}, {-7, -12}});
+    p.Objects(objects::Chair, {{-4, -14}, {-2, -14}, {-7, -11}});
+    p.Objects(objects::Shelf, {{-6, -15}, {-9, -12}});
+    p.Objects(objects::Barrel, {{-9, -9}, {-8, -9}});
+    p.Objects(objects::Flowerpot, {{-5, -7}, {-1, -7}});
+    for (int x = -3; x <= -3; ++x)
+        p.Floors(x, -8, x + 1, -6, floors::Cobble, 3);
+}
+
+// Brick, two rooms and a bed.
+void BuildCottage(MapPainter& p) {
+    p.Floors(-17, -6, -9, 0, floors::PlanksAcross);
+    p.Walls(-17, -6, -9, 0, walls::Brick, walls::BrickWindow);
+    for (int x = -17; x < -9; ++x)
+        p.WallY(x, -3, walls::Timber);
+    p.WallY(-12, -3, walls::Doorway);
+    p.WallX(-9, -2, walls::Doorway);
+    p.WallY(-15, 0, walls::Doorway);
+    p.Floors(-15, -2, -12, 0, floors::Carpet);
+    p.Objects(objects::Bed, {{-17, -6}, {-15, -6}});
+    p.Objects(objects::Shelf, {{-10, -6}, {-11, -6}});
+    p.Objects(objects::Table, {{-10, -5}});
+    p.Objects(objects::Lamp, {{-8, -4}});
+    p.Floors(-9, -2, -7, -1, floors::Cobble, 3);
+    p.Floors(-15, 0, -14, 1, floors::Dirt, 2);
+}
+
+// Castle walls to the north with a gate, and the smithy in their shelter.
+void BuildCastle(MapPainter& p) {
+    for (int x = -10; x <= 12; ++x) {
+        p.WallY(x, -26, std::abs(x - 1) % 4 == 2 ? walls::CastleBanner : walls::Castle);
+        if (p.FloorAt(x, -26) < floors::Cobble) p.Floor(x, -26, floors::Grass);
+    }
+    p.WallY(0, -26, walls::Gate);
+    p.WallY(1, -26, walls::Gate);
+    for (int y = -30; y < -26; ++y) {
+        p.WallX(-10, y, walls::Castle);
+        p.WallX(13, y, walls::Castle);
+    }
+    p.Floors(-10, -30, 13, -26, floors::Paving, 2);
+    p.Floors(6, -25, 11, -20, floors::Dirt, 2);
+    p.Walls(6, -25, 11, -20, walls::Stone);
+    p.WallX(6, -23, walls::Doorway);
+    p.WallY(8, -20, walls::Doorway);
+    p.Object(8, -23, objects::Anvil);
+    p.Object(10, -25, objects::Stove);
+    p.Objects(objects::Barrel, {{6, -25}, {10, -21}});
+    p.Objects(objects::Statue, {{-3, -28}, {5, -28}});
+}
+
+void BuildFarm(MapPainter& p) {
+    p.Floors(-16, 21, -8, 29, floors::Meadow);
+    for (int row = 0; row < 4; ++row)
+        p.Floors(-15, 22 + 2 * row, -10, 23 + 2 * row, floors::Soil);
+    p.Walls(-16, 21, -8, 29, walls::Picket);
+    p.WallX(-8, 25, walls::RoseArch);
+    p.Objects(objects::Haystack, {{-9, 28}, {-16, 21}, {-9, 21}});
+    p.Object(-6, 23, objects::Cart);
+}
+
+void BuildRuin(MapPainter& p) {
+    p.Floors(-36, 7, -29, 14, floors::Paving, 2);
+    p.Walls(-36, 7, -29, 14, walls::Ruin);
+    p.WallX(-29, 9, walls::RoseArch);
+    for (const auto& [x, y] : {std::pair{-33, 14}, {-32, 14}, {-30, 7}})
+        p.WallY(x, y, 0);
+    for (const auto& [x, y] : {std::pair{-36, 10}, {-29, 12}})
+        p.WallX(x, y, 0);
+    p.Floor(-33, 10, floors::Portal);
+    p.Objects(objects::CrystalCluster, {{-35, 8}, {-30, 12}});
+    p.Objects(objects::Rock, {{-31, 15}, {-37, 12}, {-28, 6}});
+    p.Floors(-30, 8, -28, 10, floors::Dirt, 2);
+}
+
+void BuildSquare(MapPainter& p) {
+    p.Floors(-5, -5, 6, 6, floors::Paving, 2);
+    p.Floors(-1, -1, 2, 2, floors::Mosaic, 2);
+    p.Object(0, 0, objects::Fountain);
+    p.Floor(4, -4, floors::Sundial);
+    p.Objects(objects::Bench, {{-4, 1}, {-4, -1}, {1, -4}, {-1, 5}});
+    p.Objects(objects::Lamp, {{-5, -5}, {5, -5}, {-5, 5}, {5, 5}});
+    p.Objects(objects::Stall, {{-3, 4}, {-5, 3}});
+    p.Objects(objects::Crate, {{-4, 5}, {-5, 4}});
+    p.Object(7, 4, objects::Signpost);
+    for (int x = 3; x <= 6; ++x)
+        p.WallY(x, 7, walls::Railing);
+    for (int y = 3; y <= 6; ++y)
+        p.WallX(7, y, y == 4 ? 0 : int{walls::Railing});
+}
+
+// A garden behind hedges, with the well.
+void BuildGarden(MapPainter& p) {
+    p.Floors(4, 10, 13, 18, floors::Grass, 4);
+    p.Walls(4, 10, 13, 18, walls::Hedge);
+    p.WallX(4, 14, walls::RoseArch);
+    p.Floors(3, 14, 9, 15, floors::Dirt, 2);
+    p.Floors(5, 11, 12, 12, floors::GrassFlowers);
+    p.Floors(5, 16, 12, 17, floors::GrassFlowers);
+    p.Object(9, 14, objects::Well);
+    p.Objects(objects::Bush, {{5, 10}, {12, 10}, {12, 17}, {5, 17}});
+    p.Objects(objects::Bench, {{7, 12}, {7, 16}});
+}
+
+void BuildBridge(MapPainter& p) {
+    for (int x = 15; x <= 25; ++x) {
+        p.Floors(x, 1, x + 1, 3, floors::Bridge);
+        p.WallY(x, 1, walls::Parapet);
+        p.WallY(x, 3, walls::Parapet);
+    }
+    p.Objects(objects::Lamp, {{14, 0}, {26, 3}});
+}
+
+// The landing place at the lake, with the way into the sea garden.
+void BuildShore(MapPainter& p) {
+    p.Floors(28, -13, 33, -8, floors::Sand, 2);
+    p.Floor(30, -11, floors::Portal);
+    p.Objects(objects::Shell, {{28, -12}, {32, -9}});
+    p.Object(14, -19, objects::Boat);
+    p.Floors(31, 14, 36, 19, floors::Paving, 2);
+    p.Floor(33, 16, floors::Portal);
+    p.Objects(objects::Statue, {{31, 18}, {35, 18}});
+}
+
+void PlantTrees(MapPainter& p) {
+    p.ForEach([&](int x, int y) {
+        const int floor = p.FloorAt(x, y);
+        if (p.ObjectAt(x, y) != 0) return;
+        const double luck = Scatter(x, y, 3);
+        const bool wood = floor == floors::Undergrowth || floor == floors::Undergrowth + 1;
+        const bool meadow = floor >= floors::Grass && floor <= floors::GrassClover;
+        if (wood && luck < 0.34)
+            p.Object(x, y, luck < 0.14 ? objects::Pine : luck < 0.24 ? objects::Oak : objects::Birch);
+        else if (wood && luck > 0.97)
+            p.Object(x, y, luck > 0.985 ? objects::Stump : objects::Mushroom);
+        else if (meadow && luck < 0.02)
+            p.Object(x, y, luck < 0.012 ? objects::Oak : objects::Bush);
+        // Lilies where the water is calm.
+        if (floor >= floors::Water && floor < floors::Lilies && y < -8 && luck < 0.12) p.Floor(x, y, floors::Lilies);
+    });
+}
+
+std::vector<Inhabitant> TownFolk(const MapPainter& p) {
+    return {
+        {"Marrow",
+         "A baker with flour up to the elbows.",
+         "6$+\"%6*#!(",
+         p.At(-3, -6),
+         5,
+         {"Fresh rolls! Still warm!", ":wipes the flour off both hands.",
+          "The stove has been in a mood since breakfast.", "If you pass the well, tell it I still want my wish back."}},
+        {"Quill",
+         "An old scribe who measures everything twice.",
+         "*3(\"%)!#+&",
+         p.At(3, -2),
+         4,
+         {"Step on the sundial, if you dare to be late.", ":counts the paving stones and loses count.",
+          "Turn with Insert and Delete. Walk where you like."}},
+        {"Finch",
+         "A constable with very shiny buttons.",
+         "#+5\"%+!#-&",
+         p.At(8, 2),
+         7,
+         {"Keep to the right on the bridge, please.", ":polishes a button.",
+          "Nothing ever happens here. I see to that."}},
+        {"Tilly",
+         "A farmer's child with a frog in each pocket.",
+         "0(4\"%,!#(&",
+         p.At(-4, 20),
+         6,
+         {"Do you want to see my frogs?", "The ruins in the wood hum at night. I heard them!",
+          ":skips around in a circle."}},
+        {"Pike",
+         "A fisher who is in no hurry.",
+         "/5)\"%/!#5&",
+         p.At(28, -6),
+         4,
+         {"Shh. You scare the big one.", "That ring of runes? Smells of salt. Leads under the sea, they say."}},
+        {"Juniper",
+         "A wood warden in moss green.",
+         "(*.\"%(!#*&",
+         p.At(-26, 6),
+         4,
+         {"Mind the roots.", ":listens to a woodpecker.",
+          "There is a library among the stars. The door is in the ruin."}},
+    };
+}
+
+}  // namespace
+
+Place MakeTown() {
+    Place town{.name = townName,
+               .mapPath = "maps\\default.map",
+               .palette = "day.pcx",
+               .greeting =
+                   "(> Welcome to Tessaly. Rings of runes lead into dreams: one in the ruin to the west, one on the "
+                   "eastern shore.",
+               .map = WorldMap(fileWidth, fileHeight),
+               .start = {},
+               .doors = {},
+               .labels = {},
+               .inhabitants = {},
+               .sundials = {},
+               .eveningPalette = "evening.pcx",
+               .livingGround = {}};
+    MapPainter p(town.map);
+    p.Lay(TownGround);
+    BuildSquare(p);
+    BuildBakery(p);
+    BuildCottage(p);
+    BuildCastle(p);
+    BuildFarm(p);
+    BuildRuin(p);
+    BuildGarden(p);
+    BuildBridge(p);
+    BuildShore(p);
+    PlantTrees(p);
+    town.start = p.At(2, 4);
+    town.doors = {
+        {p.At(-33, 10), starLibraryName, {}}, {p.At(30, -11), tideGardenName, {}}, {p.At(33, 16), fadedDreamName, {}}};
+    town.labels = {{p.At(-33, 10), "Star Library", "a dream"},       {p.At(30, -11), "Tide Garden", "a dream"},
+                   {p.At(33, 16), "Faded Dream", "nobody keeps it"}, {p.At(9, 14), "Well", "make a wish"},
+                   {p.At(4, -4), "Sundial", "step on it"},           {p.At(1, -26), "Castle Gate", "mind the step"}};
+    town.inhabitants = TownFolk(p);
+    town.sundials = {p.At(4, -4)};
+    for (int y = 8; y < 10; ++y)
+        for (int x = -7; x < 0; ++x)
+            town.livingGround.push_back(p.At(x, y));
+    return town;
+}
+
+}  // namespace demo

@@ -1,0 +1,208 @@
+// The demo's servers over real loopback connections.
+#include <gtest/gtest.h>
+
+#include <asio/io_context.hpp>
+#include <asio/ip/tcp.hpp>
+#include <chrono>
+#include <functional>
+#include <random>
+#include <thread>
+
+#include "demo/server/DemoServer.h"
+#include "support/TestFolder.h"
+
+namespace demo {
+namespace {
+
+using namespace std::chrono_literals;
+constexpr auto patience = 10s;
+
+// A client that reads whatever comes.
+class Client {
+  public:
+    explicit Client(std::uint16_t port) : socket(io) {
+        socket.connect({asio::ip::address_v4::loopback(), port}, failure);
+        socket.non_blocking(true, failure);
+    }
+
+    void Send(std::string_view bytes) {
+        for (std::size_t done = 0; done < bytes.size() && !ended;) {
+            done += socket.write_some(asio::buffer(bytes.substr(done)), failure);
+            if (failure == asio::error::would_block) {
+                Poll();
+                std::this_thread::sleep_for(1ms);
+            } else if (failure)
+                ended = true;
+        }
+    }
+    // Waits until everything received so far satisfies the condition.
+    bool WaitFor(const std::function<bool()>& condition) {
+        const auto end = std::chrono::steady_clock::now() + patience;
+        while (!condition()) {
+            if (std::chrono::steady_clock::now() > end) return false;
+            if (!Poll()) std::this_thread::sleep_for(1ms);
+        }
+        return true;
+    }
+    bool WaitForText(const std::string& text) {
+        return WaitFor([&] { return received.find(text) != std::string::npos; });
+    }
+    bool WaitForEnd() {
+        return WaitFor([&] { return ended; });
+    }
+    bool WaitForBytes(std::size_t count) {
+        return WaitFor([&] { return received.size() >= count || ended; }) && received.size() >= count;
+    }
+    std::string TakeLine() {
+        if (!WaitForText("\n")) return {};
+        const std::size_t end = received.find('\n') + 1;
+        return TakeBytes(end);
+    }
+    std::string TakeBytes(std::size_t count) {
+        std::string taken = received.substr(0, count);
+        received.erase(0, count);
+        return taken;
+    }
+    bool LogIn(const std::string& nameAndPassword) {
+        if (!WaitForText("END\n")) return false;
+        Send("connect " + nameAndPassword + "\n");
+        if (!WaitForText("&&&&&&&&&&&&&\n")) return false;
+        Send("desc Nobody.\ncolor #$%&'()*+,!! \n");
+        const bool in = WaitForText("(> Welcome");
+        received.clear();
+        return in;
+    }
+
+    std::string received;
+
+  private:
+    bool Poll() {
+        char bytes[8192];
+        const std::size_t count = socket.read_some(asio::buffer(bytes), failure);
+        received.append(bytes, count);
+        if (failure && failure != asio::error::would_block) ended = true;
+        return count > 0;
+    }
+
+    asio::io_context io;
+    asio::ip::tcp::socket socket;
+    asio::error_code failure;
+    bool ended = false;
+};
+
+class ServerTest : public testing::Test {
+  protected:
+    ServerTest() {
+        folder.Write("Ada.ini", "V1.6\nName=Ada\nPassword=pw\n");
+        folder.Write("Bram.ini", "V1.6\r\nName=Bram\r\nPassword=a b\r\n");
+        for (int i = 0; i < 10000; ++i)
+            archive += static_cast<char>(i * i / 7);
+        folder.Write("dreams/deep.dream", archive);
+        folder.Write("secret.dream", "not to be had");
+        log.Silence();
+        server = std::make_unique<DemoServer>(folder.Path(), GameOptions{.still = true}, log);
+        std::string reason;
+        EXPECT_TRUE(server->Listen(0, 0, reason)) << reason;
+        worker = std::thread([this] { server->Run(); });
+    }
+    ~ServerTest() override {
+        server->Stop();
+        worker.join();
+    }
+
+    support::TestFolder folder;
+    std::string archive;
+    ServerLog log;
+    std::unique_ptr<DemoServer> server;
+    std::thread worker;
+};
+
+TEST_F(ServerTest, PlayersSeeEachOtherComeSpeakAndGo) {
+    Client ada(server->GamePort());
+    ASSERT_TRUE(ada.LogIn("Ada pw"));
+    {
+        Client bram(server->GamePort());
+        ASSERT_TRUE(bram.LogIn("Bram a b"));
+        EXPECT_TRUE(ada.WaitForText("(> Bram has arrived.\n"));
+        bram.Send("\"good evening\n");
+        EXPECT_TRUE(ada.WaitForText("(Bram: good evening\n"));
+        ada.Send(":bows\r\n");
+        EXPECT_TRUE(bram.WaitForText("(* Ada bows\n"));
+        bram.Send("m 3\n");
+        EXPECT_TRUE(ada.WaitForText("/#$%&'()*+,"));
+    }
+    EXPECT_TRUE(ada.WaitForText("(> Bram has left.\n"));
+    EXPECT_NE(ada.received.find("\n)"), std::string::npos);
+}
+
+TEST_F(ServerTest, AWrongPasswordEndsTheConnection) {
+    Client ada(server->GamePort());
+    ASSERT_TRUE(ada.WaitForText("END\n"));
+    ada.Send("connect Ada wrong\n");
+    EXPECT_TRUE(ada.WaitForText("Invalid Name or password.\n"));
+    EXPECT_TRUE(ada.WaitForEnd());
+}
+
+TEST_F(ServerTest, ADreamArrivesInAcknowledgedBlocks) {
+    Client client(server->FilePort());
+    EXPECT_TRUE(client.TakeLine().starts_with("10 "));
+    client.Send("RC Bram a b deep 0 2 4096\n");
+    EXPECT_EQ(client.TakeLine(), "44 10000 0 4096\n");
+    std::string content;
+    for (unsigned block = 0; block < 3; ++block) {
+        ASSERT_TRUE(client.WaitForBytes(4096));
+        // The next block waits for the acknowledgement of this one.
+        EXPECT_EQ(client.received.size(), 4096U);
+        const std::string bytes = client.TakeBytes(4096);
+        EXPECT_EQ(bytes.substr(0, 6), (std::string{'S', 'C', static_cast<char>(block), 0, 0, 0}));
+        content += bytes.substr(10);
+        client.Send("PKOK " + std::to_string(block) + "\n");
+    }
+    EXPECT_EQ(content.substr(0, 10000), archive);
+    client.Send("BYE\n");
+    EXPECT_TRUE(client.WaitForEnd());
+}
+
+TEST_F(ServerTest, RefusesOtherRequests) {
+    const std::pair<const char*, const char*> rows[] = {{"RC Bram wrong deep 0 2 4096\n", "51"},
+                                                        {"RC Ada pw ../secret 0 2 4096\n", "50"},
+                                                        {"RC Ada pw nothing 0 2 4096\n", "52"},
+                                                        {"RC Ada pw deep 0 2 many\n", "50"},
+                                                        {"RC deep 0 2 4096\n", "50"},
+                                                        {"PKOK 0\n", "50"},
+                                                        {"RC Ada pw deep 0 2 4096\nPKOK 7\n", "44"}};
+    for (const auto& [request, answer] : rows) {
+        Client client(server->FilePort());
+        client.TakeLine();
+        client.Send(request);
+        EXPECT_TRUE(client.TakeLine().starts_with(answer)) << request;
+        EXPECT_TRUE(client.WaitForEnd()) << request;
+    }
+}
+
+TEST_F(ServerTest, SurvivesAnyBytes) {
+    std::mt19937 random(7);
+    Client witness(server->GamePort());
+    ASSERT_TRUE(witness.LogIn("Ada pw"));
+    const std::string starts[] = {"connect ", "RC ", "l ", "\"", "m ", "wh ", "color ", "desc ", "PKOK ", ""};
+    for (int round = 0; round < 40; ++round) {
+        Client visitor(round % 2 ? server->FilePort() : server->GamePort());
+        if (round % 4 == 0) visitor.LogIn("Bram a b");
+        for (int line = 0; line < 50; ++line) {
+            std::string bytes = starts[random() % std::size(starts)];
+            for (unsigned left = random() % 60; left > 0; --left)
+                bytes += static_cast<char>(random());
+            visitor.Send(bytes + "\n");
+        }
+        if (round % 5 == 0) {
+            // A line without an end.
+            visitor.Send(std::string(100000, 'x'));
+            EXPECT_TRUE(visitor.WaitForEnd());
+        }
+    }
+    witness.Send("who\n");
+    EXPECT_TRUE(witness.WaitForText("((Players: "));
+}
+
+}  // namespace
+}  // namespace demo
