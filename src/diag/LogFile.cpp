@@ -39,14 +39,15 @@ void LogFile::Write(const void* bytes, std::size_t count) {
 }
 
 void LogFile::WriteReport(std::initializer_list<std::string_view> pieces) {
-    std::string whole;
-    for (const std::string_view piece : pieces)
-        whole += piece.substr(0, piece.find('\0'));
-    if (whole.empty()) return;
     const std::lock_guard<std::mutex> hold(lock);
-    if (echoToDebugger)
-        for (const std::string_view piece : pieces)
-            if (!piece.empty()) platform::DebuggerEcho(piece);
+    std::string whole;
+    for (std::string_view piece : pieces) {
+        piece = piece.substr(0, piece.find('\0'));
+        if (piece.empty()) continue;
+        if (echoToDebugger) platform::DebuggerEcho(piece);
+        whole += piece;
+    }
+    if (whole.empty()) return;
     platform::File file = platform::File::ByPlainName(fileName, platform::OpenMode::Append);
     // A piece that the disk does not take is lost: there is no better place to say so.
     static_cast<void>(file.Write(whole.data(), whole.size()));

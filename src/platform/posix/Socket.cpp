@@ -26,6 +26,7 @@ SocketStatus StatusOf(int error) {
     switch (error) {
         case EAGAIN:
         case EINPROGRESS:
+        case ENOBUFS:
             return SocketStatus::NotYet;
         case ECONNREFUSED:
             return SocketStatus::Refused;

@@ -59,7 +59,19 @@ std::size_t OpeningBracket(const std::string& name, std::size_t closing) {
     return std::string::npos;
 }
 
-// Leaves the qualified name: no ABI tags, no marks of split functions, no parameter list, no return type of templates.
+// Template functions carry their return type: it ends at the last space outside all brackets.
+std::string WithoutReturnType(const std::string& name) {
+    if (name.find("operator") != std::string::npos) return name;
+    int depth = 0;
+    for (std::size_t i = name.size(); i-- > 0;) {
+        if (name[i] == '>' || name[i] == ')' || name[i] == '}') ++depth;
+        if (name[i] == '<' || name[i] == '(' || name[i] == '{') --depth;
+        if (name[i] == ' ' && depth == 0) return name.substr(i + 1);
+    }
+    return name;
+}
+
+// Leaves the qualified name: no ABI tags, no marks of split functions, no parameter list, no return type.
 std::string WithoutParameters(std::string name) {
     for (const char* mark : {"[abi:cxx11]", " [clone"}) {
         for (std::size_t at = name.find(mark); at != std::string::npos; at = name.find(mark)) {
@@ -69,17 +81,19 @@ std::string WithoutParameters(std::string name) {
     }
     const std::size_t closing = name.rfind(')');
     if (closing == std::string::npos) return name;
-    const bool endsThere = name.find_first_of(":>", closing) == std::string::npos;
+    const bool endsThere = name.find_first_of(":>#", closing) == std::string::npos;
     const std::size_t opening = OpeningBracket(name, closing);
     if (!endsThere || opening == std::string::npos || opening == 0) return name;
-    name.erase(opening);
-    return name;
+    return WithoutReturnType(name.substr(0, opening));
 }
 
 std::string Readable(const char* linkageName) {
     int status = 0;
     const std::unique_ptr<char, FreeMemory> plain(abi::__cxa_demangle(linkageName, nullptr, nullptr, &status));
-    return status == 0 && plain ? WithoutParameters(plain.get()) : std::string(linkageName);
+    if (status == 0 && plain) return WithoutParameters(plain.get());
+    // A name without C++ coding may carry the version of its library's interface.
+    const std::string name = linkageName;
+    return name.substr(0, name.find('@'));
 }
 
 std::string FunctionOf(Dwarf_Die& die) {

@@ -1,0 +1,74 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "diag/LogFile.h"
+#include "diag/SystemReport.h"
+#include "support/TestFolder.h"
+
+namespace {
+
+TEST(OsVersion, CodesFollowTheTable) {
+    const struct {
+        unsigned major, minor, family;
+        int code;
+    } rows[] = {{3, 51, 2, 1}, {4, 0, 2, 2}, {4, 0, 1, 3}, {4, 9, 1, 0}, {4, 10, 1, 4}, {4, 89, 1, 4}, {4, 90, 1, 5},
+                {4, 95, 1, 0}, {5, 0, 2, 6}, {5, 1, 2, 7}, {5, 2, 2, 8}, {5, 3, 2, 9},  {6, 0, 2, 9},  {10, 0, 2, 9}};
+    for (const auto& row : rows)
+        EXPECT_EQ(OsVersionCodeOf(row.major, row.minor, row.family), row.code) << row.major << "." << row.minor;
+    EXPECT_EQ(OsVersionCode(), 9);
+}
+
+std::uint32_t highestLeaf = 0;
+std::uint32_t features = 0;
+std::uint32_t leafOneB = 0;
+bool ScriptedCpu(std::uint32_t leaf, std::uint32_t registers[4]) {
+    std::memset(registers, 0, 16);
+    if (leaf == 0) {
+        registers[0] = highestLeaf;
+        std::memcpy(&registers[1], "AbcdIjklEfgh", 12);  // ebx, ecx, edx
+    } else {
+        registers[1] = leafOneB;
+        registers[3] = features;
+    }
+    return true;
+}
+
+TEST(CpuInfo, ReadsTheIdentification) {
+    const struct {
+        std::uint32_t highest, ebx, edx;
+        const char* flags;
+        std::uint32_t processors;
+    } rows[] = {{1, 0x00040000, 1U << 23 | 1U << 25 | 1U << 26, "mmx sse sse2 ", 4},
+                {1, 0xFF00FFFF, 1U << 23 | 1U << 26, "mmx ", 1},
+                {1, 0x00FF0000, 1U << 25 | 1U << 26, "", 255},
+                {0, 0x00040000, 1U << 23, "", 1}};
+    for (const auto& row : rows) {
+        highestLeaf = row.highest;
+        leafOneB = row.ebx;
+        features = row.edx;
+        CpuRecord cpu;
+        ASSERT_TRUE(ReadCpu(cpu, ScriptedCpu));
+        EXPECT_EQ(SystemReportText(9, true, cpu),
+                  "OS Version: Something really new...?\nCPU info:\n  -code name: AbcdEfghIjkl\n"
+                  "  -number of logical processors: " +
+                      std::to_string(row.processors) + "\n  -extended instructions: " + row.flags + "\n\n");
+    }
+    CpuRecord none;
+    EXPECT_FALSE(ReadCpu(none, [](std::uint32_t, std::uint32_t*) { return false; }));
+    EXPECT_STREQ(none.name, "unknown");
+    EXPECT_EQ(SystemReportText(0, false, none),
+              "OS Version: Unable to determine...\nCPU info:\n  -(unable to determine)\n"
+              "  -will assume 1 logical processors...\n\n");
+}
+
+TEST(SystemReport, GoesToTheStatisticsLog) {
+    const support::TestFolder folder;
+    WriteSystemReport();
+    CpuRecord cpu;
+    const bool identified = CpuInfo(cpu);
+    EXPECT_EQ(support::LogText("_stat.txt"), SystemReportText(9, identified, cpu));
+    EXPECT_GE(cpu.logicalProcessors, 1U);
+}
+
+}  // namespace

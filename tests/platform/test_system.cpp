@@ -1,0 +1,75 @@
+#include <gtest/gtest.h>
+#include <sys/mman.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <thread>
+
+#include "platform/Clock.h"
+#include "platform/MessageBox.h"
+#include "platform/SystemQuery.h"
+
+namespace {
+
+TEST(Clock, SleepsAtLeastAsLongAsAsked) {
+    const std::int64_t start = platform::CounterValue();
+    platform::SleepMs(0);
+    platform::SleepMs(30);
+    EXPECT_GE(platform::CounterValue() - start, platform::CounterFrequency() * 30 / 1000);
+}
+
+TEST(Clock, APriorityIsOnlyLoweredWhereItComesBack) {
+    const int before = getpriority(PRIO_PROCESS, 0);
+    platform::SetPriorityClass(platform::PriorityClass::Idle);
+    const int idle = getpriority(PRIO_PROCESS, 0);
+    int elsewhere = 0;
+    std::thread([&elsewhere] { elsewhere = getpriority(PRIO_PROCESS, 0); }).join();
+    EXPECT_EQ(elsewhere, idle);
+    platform::SetPriorityClass(platform::PriorityClass::Normal);
+    EXPECT_EQ(getpriority(PRIO_PROCESS, 0), before);
+    EXPECT_TRUE(idle == before || idle > before);
+}
+
+TEST(IsReadable, AsksTheSystemPageByPage) {
+    const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    void* map = mmap(nullptr, 3 * page, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    ASSERT_NE(map, MAP_FAILED);
+    auto* bytes = static_cast<char*>(map);
+    mprotect(bytes + 2 * page, page, PROT_NONE);
+    EXPECT_TRUE(platform::IsReadable(bytes, 2 * page));
+    EXPECT_TRUE(platform::IsReadable(bytes + 2 * page - 1, 1));
+    EXPECT_FALSE(platform::IsReadable(bytes + 2 * page - 1, 2));
+    EXPECT_FALSE(platform::IsReadable(bytes, 3 * page));
+    EXPECT_FALSE(platform::IsReadable(bytes + 2 * page, 1));
+    EXPECT_FALSE(platform::IsReadable(nullptr, 1));
+    EXPECT_FALSE(platform::IsReadable(bytes, SIZE_MAX));
+    munmap(map, 3 * page);
+}
+
+TEST(SystemQuery, AnswersOfThisMachine) {
+    platform::OsVersion version;
+    ASSERT_TRUE(platform::QueryOsVersion(version));
+    EXPECT_GE(version.major, 2U);
+    EXPECT_EQ(version.family, platform::OsVersion::otherSystem);
+    errno = ECONNREFUSED;
+    EXPECT_EQ(platform::LastSystemErrorText(), "Connection refused.\r\n");
+    EXPECT_EQ(errno, ECONNREFUSED);
+    EXPECT_EQ(platform::DesktopBitsPerPixel(), 0U);
+    platform::SetDesktopBitsPerPixelQuery([] { return 24U; });
+    EXPECT_EQ(platform::DesktopBitsPerPixel(), 24U);
+    platform::SetDesktopBitsPerPixelQuery(nullptr);
+}
+
+TEST(MessageBox, AnswersForItselfWithoutAHandler) {
+    using platform::BoxAnswer;
+    using platform::BoxKind;
+    EXPECT_EQ(platform::ShowMessageBox("text", "caption", BoxKind::YesNo, false), BoxAnswer::No);
+    EXPECT_EQ(platform::ShowMessageBox("text", "caption", BoxKind::Ok, false), BoxAnswer::Ok);
+    const auto yes = [](const std::string&, const std::string&, BoxKind, bool) { return BoxAnswer::Yes; };
+    EXPECT_EQ(platform::SetMessageBoxHandler(yes), nullptr);
+    EXPECT_EQ(platform::ShowMessageBox("text", "caption", BoxKind::YesNo, false), BoxAnswer::Yes);
+    EXPECT_NE(platform::SetMessageBoxHandler(nullptr), nullptr);
+}
+
+}  // namespace
