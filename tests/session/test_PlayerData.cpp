@@ -23,7 +23,7 @@ TEST(PlayerData, Files) {
         {"\nName=Ab\nPassword=p\nColors=c\nDesc=d\nSpec=12", "Ab|p|c|d|1|2", warning},
         {"V1.6\nName=Ab\nPassword=p\n\nColors=c\nDesc=d\nSpec=12", "Ab|p|||0|0", missing},
         {"V1.6\nName=Ab\nPassword=p\nColors=c\nDesc=d\nSpec=1", "Ab|p|c|d|0|0", missing},
-        {std::string("V1.6\nName=A\0b\nPassword=p\nColors=c\nDesc=d\nSpec=12", 51), "A|p|c|d|1|2", ""},
+        {std::string("V1.6\nName=A") + '\0' + "b\nPassword=p\nColors=c\nDesc=d\nSpec=12", "A|p|c|d|1|2", ""},
         {"V1.", "||||0|0", warning + missing},
     };
     for (const Row& row : rows) {

@@ -48,12 +48,14 @@ bool LoopbackPeer::Send(const std::string& bytes) {
     return true;
 }
 
-std::string LoopbackPeer::ReadLine() {
-    std::string line;
+std::string LoopbackPeer::ReadLine(int count) {
+    std::string lines;
     char c = 0;
-    while (line.find('\n') == std::string::npos && recv(connection, &c, 1, 0) == 1)
-        line += c;
-    return line;
+    while (count > 0 && recv(connection, &c, 1, 0) == 1) {
+        lines += c;
+        if (c == '\n') --count;
+    }
+    return lines;
 }
 
 void LoopbackPeer::CloseConnection() {

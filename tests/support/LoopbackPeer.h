@@ -30,8 +30,8 @@ class LoopbackPeer {
     [[nodiscard]] int Port() const { return port; }
     bool Accept();
     bool Send(const std::string& bytes);
-    // The next line with its line feed; what there is when the client closes or is silent too long.
-    std::string ReadLine();
+    // The next lines with their line feeds; what there is when the client closes or is silent too long.
+    std::string ReadLine(int count = 1);
     void CloseConnection();
     void StopListening();
 

@@ -1,0 +1,193 @@
+#include "session/TolvSession.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "formats/Palette.h"
+#include "net/NetClient.h"
+#include "session/PlayerData.h"
+#include "session/SessionFixture.h"
+#include "session/TolvDataManager.h"
+#include "support/LoopbackPeer.h"
+#include "support/TestFolder.h"
+
+namespace {
+
+using support::TakeMessages;
+using support::WaitFor;
+
+TolvDataManager& Data() {
+    return TolvDataManager::Default();
+}
+
+struct TolvSessionTest : testing::Test {
+    TolvSessionTest() {
+        TakeMessages();
+        Data().ClearCharacters();
+        Data().ClearMarkers();
+        Data().SetViewPosition(0, 0);
+        (void)TolvMap::Current().LoadMapBytes(support::SmallMapFile(), "small.map");
+        session.SetWorldPort(&world);
+        GetPlayerData() = {"Ab", "secret", "#SABC", "hello", {1, 2}};
+    }
+    // Past greeting and login, over a real connection.
+    void LogIn() {
+        session.SetNetClient(&client);
+        ASSERT_TRUE(client.Connect("127.0.0.1", peer.Port()) && peer.Accept());
+        Poll("END\n");
+        Poll("&&&&&&&&&&&&&\n");
+        for (int i = 0; i < 3; ++i)
+            (void)peer.ReadLine();
+        TakeMessages();
+    }
+    void Poll(const std::string& bytes) {
+        ASSERT_TRUE(peer.Send(bytes));
+        ASSERT_TRUE(WaitFor([&] { return client.PendingBytes() == bytes.size(); }));
+        session.PollServer();
+    }
+    std::string State() {
+        std::string state;
+        for (const Character& c : Data().GetCharacters()) {
+            state += "character " + std::to_string(c.gx) + "," + std::to_string(c.gy) + " colour";
+            state += std::to_string(c.colorDigits[0]) + "-" + std::to_string(c.colorDigits[9]) + " looks";
+            for (const int number : {c.group, c.variant, c.facing, c.pose})
+                state += std::to_string(number);
+            state += "\n";
+        }
+        for (const Marker& m : Data().GetMarkers())
+            state +=
+                "marker " + std::to_string(m.gx) + "," + std::to_string(m.gy) + " " + m.label + "/" + m.subLabel + "\n";
+        int gx = 0;
+        int gy = 0;
+        Data().GetViewPosition(gx, gy);
+        if (gx != 0 || gy != 0) state += "view " + std::to_string(gx) + "," + std::to_string(gy) + "\n";
+        return state + world.calls + TakeMessages();
+    }
+
+    support::TestFolder folder;
+    support::LoopbackPeer peer;
+    NET::Client client;
+    TolvSession session;
+    support::RecordingWorld world;
+};
+
+TEST_F(TolvSessionTest, TheLoginExchange) {
+    session.SetNetClient(&client);
+    EXPECT_FALSE(session.SendLine("early"));
+    ASSERT_TRUE(client.Connect("127.0.0.1", peer.Port()) && peer.Accept());
+    Poll("Welcome\1\nbENDer\nEND\n&&&&&&&&&&&&&\npar");
+    EXPECT_EQ(TakeMessages(), "Welcome\1\nbENDer\nEND\n&&&&&&&&&&&&&\n");
+    EXPECT_EQ(peer.ReadLine(2), "connect Ab secret\nconnect Ab secret\n");
+    Poll("tEND\n(ignored\nInvalid Name or password.\n");
+    Poll("x&&&&&&&&&&&&&&y\nNope.\nInvalid Name or password.\nNope\n(first");
+    EXPECT_EQ(peer.ReadLine(2), "desc hello\ncolor #SABC!\" \n");
+    const std::string rejected = "Server reported error while trying to log in.\n";
+    EXPECT_EQ(TakeMessages(), rejected + rejected);
+    Poll(" last\n");
+    EXPECT_EQ(TakeMessages(), "first last\n");
+
+    for (int direction = -1; direction <= 6; ++direction)
+        EXPECT_EQ(session.SendMove(direction), direction >= 0 && direction < 6);
+    for (const char* const line : {"m 9\n", "m 7\n", "m 1\n", "m 3\n", ">\n", "<\n"})
+        EXPECT_EQ(peer.ReadLine(), line);
+    EXPECT_TRUE(session.SendLook(1, 4));
+    EXPECT_EQ(peer.ReadLine(), "l  ! !\n");
+    EXPECT_FALSE(session.SendLook(-49, 0));  // x would hold a line feed
+
+    peer.CloseConnection();
+    ASSERT_TRUE(WaitFor([&] { return !client.IsConnected(); }));
+    session.PollServer();
+    session.PollServer();
+    EXPECT_EQ(TakeMessages(), "(Lost Connection to game server)\n");
+}
+
+TEST_F(TolvSessionTest, GreetingEndsWithTheFirstPollThatFindsData) {
+    session.SetNetClient(&client);
+    ASSERT_TRUE(client.Connect("127.0.0.1", peer.Port()) && peer.Accept());
+    session.PollServer();
+    Poll("EN");
+    Poll("D\n");
+    Poll("&&&&&&&&&&&&&\n");
+    EXPECT_EQ(peer.ReadLine(), "desc hello\n");
+    EXPECT_EQ(TakeMessages(), "");
+}
+
+TEST_F(TolvSessionTest, LineKinds) {
+    LogIn();
+    struct Row {
+        std::vector<std::string> lines;
+        std::string state;
+    };
+    const std::string colors = "!!!!!!!!!\"";
+    const std::string character = "character ";
+    const Row rows[] = {
+        {{"(", "[", "", "x", "](", "[a\1b", "((c", "(d\r"}, "ab\n(c\nd\n"},
+        // Frames: 1, 20, 42, 104, 500, 501, 621 and none at all.
+        {{"<" + colors + "    " + " !"}, character + "0,4 colour1-2 looks0020\n"},
+        {{"<" + colors + "   !" + " 4more"}, character + "0,5 colour1-2 looks0011\n"},
+        {{"<" + colors + " !  " + " J"}, character + "1,3 colour1-2 looks2023\n"},
+        {{"<" + colors + " ! !" + "!)"}, character + "1,4 colour1-2 looks5024\n"},
+        {{"<" + colors + " ! !" + "%9"}, character + "1,4 colour1-2 looks5020\n"},
+        {{"<" + colors + " ! !" + "%:"}, character + "1,4 colour1-2 looks0220\n"},
+        {{"<" + colors + " ! !" + "&h"}, character + "1,4 colour1-2 looks5204\n"},
+        {{"<" + colors + " ! !" + "  "}, character + "1,4 colour1-2 looks0000\n"},
+        {{"<" + colors + " ! ! "}, ""},
+        // The mover's own record stays in place of the one it walks onto.
+        {{"<" + colors + "     !", "<~" + colors.substr(1) + " !   !", "/" + colors + " !   \"    ", "/!!!"},
+         character + "1,3 colour1-2 looks0023\n"},
+        {{"<" + colors + "     !", "/" + colors + "     \"    "}, character + "0,4 colour1-2 looks0023\n"},
+        {{"<" + colors + "     !", "/" + colors + " !   \"   "}, character + "0,4 colour1-2 looks0020\n"},
+        {{"<" + colors + "     !", ")   !", ")   "}, character + "0,4 colour1-2 looks0020\n"},
+        {{"<" + colors + "     !", ")    "}, ""},
+        {{"1   ! #", "1   ! "}, "dirty 0,5\n"},
+        {{">   !~~", ">   !~"}, ""},
+        {{"@ !  x", "@ ! "}, "view 1,3\n"},
+        {{"]s    xxHi Every one", "]s   !xxA|b", "]s ! !xx", "]s ! !x"},
+         "marker 0,4 Hi/Everyone\nmarker 0,5 A|b/\nmarker 1,4 /\n"},
+        {{"]s    xxA", "]s    xxB", "]t    ", "]t   "}, "marker 0,4 B/\n"},
+        {{"]", "]c", "]cc", "]q  x", "]q dd", "]zzzzzzzz", "\xFF\xFF\xFF\xFF\xFF", "/\x80" + std::string(25, '\xFF')},
+         "character -4752,1589 colour96-223 looks0000\n"},
+    };
+    for (const Row& row : rows) {
+        Data().ClearCharacters();
+        Data().ClearMarkers();
+        Data().SetViewPosition(0, 0);
+        world.calls.clear();
+        for (const std::string& line : row.lines)
+            session.HandleServerLine(line);
+        EXPECT_EQ(State(), row.state) << row.lines[0];
+    }
+    EXPECT_EQ(TolvMap::Current().GetFloor(0, 5), 3);
+    EXPECT_EQ(TolvMap::Current().GetObject(0, 5), 95 * 95 - 1);
+    EXPECT_EQ(folder.Read("_error.txt"),
+              "Warning: Animation frame could not be correctly parsed: 500\n"
+              "Warning: Animation frame could not be correctly parsed: 642\n");
+}
+
+TEST_F(TolvSessionTest, FilesNamedByTheServerStayInsideTheGame) {
+    LogIn();
+    std::string palette;
+    for (int i = 0; i < 768; ++i)
+        palette += static_cast<char>(i);
+    folder.Write("patches/default/day.pcx", palette);
+    folder.Write("patches/up.pcx", std::string(768, 'x'));
+    folder.Write("maps/one.map", support::SmallMapFile());
+    session.HandleServerLine("]ccday.pcx");
+    session.HandleServerLine("]cc..\\up.pcx");
+    EXPECT_EQ(currentPalette[1].red, 3);
+
+    const char* const refused[] = {";..\\one.map", ";/etc/passwd"};
+    for (const char* const line : refused) {
+        session.HandleServerLine(";maps\\one.map");
+        EXPECT_EQ(TolvMap::Current().GetFloor(0, 4), 0);
+        Data().AddMarker({});
+        session.HandleServerLine("<!!!!!!!!!!     !");
+        session.HandleServerLine(line);
+        EXPECT_EQ(TolvMap::Current().GetFloor(0, 4), TolvMap::floorOutside) << line;
+        EXPECT_EQ(State(), "graphics patches\\default\\\ngraphics patches\\default\\\n");
+        world.calls.clear();
+    }
+}
+
+}  // namespace
