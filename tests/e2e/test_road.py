@@ -1,0 +1,205 @@
+#!/usr/bin/python3
+"""The whole road of a player in a real window: choose, log in, speak, walk, look, enter a dream, lose the server, close.
+
+Usage: test_road.py BINARIES [NAME...]; checked by what the server received, by the logs and by regions of the picture."""
+
+import filecmp
+import os
+import re
+import sys
+import time
+import traceback
+
+sys.dont_write_bytecode = True
+from desktop import Client, Demo, Display, Missed, wait_until  # noqa: E402
+
+CHOOSER_LIST = (300, 245, 300, 120)
+MARKER_FIRST = (255, 236, 60, 36)
+MARKER_SECOND = (255, 268, 60, 36)
+WORLD = (150, 60, 500, 200)
+CHAT = (45, 310, 640, 235)
+INPUT_LINE = (50, 555, 640, 18)
+
+
+def check(holds, what):
+    if not holds:
+        raise Missed(what)
+    print('  ok:', what, flush=True)
+
+
+def choose_and_log_in(demo, client, display):
+    chooser = display.picture()
+    check(chooser.lit(*CHOOSER_LIST) > 0.02, 'the player files are listed')
+    check(chooser.lit(*MARKER_FIRST) > 0.02 and chooser.lit(*MARKER_SECOND) == 0, 'the marker stands at the first')
+    client.press('Down')
+    moved = display.picture()
+    check(moved.lit(*MARKER_SECOND) > 0.02 and moved.lit(*MARKER_FIRST) == 0, 'Down moves the marker')
+    client.press('Up')
+    client.press('Return')
+    player = demo.server_saw(r'accepted the login of "([^"]+)"').group(1)
+    wait_until('the world is drawn', 30, lambda: display.picture().colours(*WORLD) > 50)
+    return player
+
+
+def talk(demo, client, display, player):
+    quiet = display.picture()
+    client.type('Hello you there')
+    wait_until('the typed line is shown', 10, lambda: display.picture().lit(*INPUT_LINE) > quiet.lit(*INPUT_LINE) + 0.01)
+    client.press('Return')
+    demo.server_saw(rf'"{player}" sends: "Hello you there')
+    client.press('Return')  # an empty line sends nothing
+    client.type(':waves')
+    client.press('Return')
+    demo.server_saw(rf'"{player}" sends: :waves')
+    check(not re.search(rf'"{player}" sends: "\n', demo.text('server.log')), 'an empty line is not sent')
+    check(display.picture().difference(quiet, *CHAT) > 0.2, 'the talk is on the screen')
+
+
+def turn_the_camera(demo, client, display):
+    before_log = demo.text('server.log')
+    before = display.picture()
+    client.press('KP_Left', 0.8)
+    turned = display.picture()
+    check(turned.difference(before, *WORLD) > 3, 'keypad 4 turns the camera')
+    client.press('KP_Begin')
+    wait_until('keypad 5 puts the camera back', 20,
+               lambda: display.picture().difference(before, *WORLD) < turned.difference(before, *WORLD) / 2)
+    check('sends: m ' not in demo.text('server.log')[len(before_log):], 'the keypad does not walk')
+
+
+def walk_and_look(demo, client, display, player):
+    before = display.picture()
+    for key, line in (('Up', 'm 9'), ('Next', 'm 3'), ('End', 'm 1'), ('Left', 'm 7'), ('Insert', '<'), ('Delete', '>')):
+        since = len(demo.text('server.log'))
+        client.press(key, 0.05)
+        demo.server_saw(rf'"{player}" sends: {re.escape(line)}\n', since=since)
+    check(True, 'the arrows walk and turn')
+    check(display.picture().difference(before, *WORLD) >= 0, 'the picture is still drawn')
+    time.sleep(3)  # the camera settles on the player's cell
+    client.click(400, 300)
+    demo.server_saw(rf'"{player}" sends: l ')
+    demo.client_saw(r'\(That is you\.')
+    check(True, 'a click in the middle looks at the own cell')
+
+
+def enter_the_dream(demo, client, display, player):
+    town = display.picture()
+    client.walk(demo.road('tidegarden'))
+    demo.server_saw(rf'"{player}" takes the door to tidegarden', 30)
+    demo.server_saw(rf'"{player}" sends: vascodagama', 60)
+    archive = f'{demo.folder}/kvn2_tmp/tidegarden/tidegarden.dream'
+    kept = [os.path.join(top, name) for top, _, names in os.walk(demo.folder) for name in names
+            if name == 'tidegarden.dream' and 'kvn2_tmp' not in top]
+    check(kept and filecmp.cmp(kept[0], archive, shallow=False), 'the archive came over whole')
+    wait_until('the dream is drawn', 20, lambda: display.picture().difference(town, *WORLD) > 8)
+    check(display.picture().colours(*WORLD) > 50, 'the dream has its own floors')
+
+
+def lose_the_server(demo, client, display):
+    before = display.picture()
+    demo.stop_server()
+    wait_until('the loss is told in the chat', 20, lambda: display.picture().difference(before, *CHAT) > 0.2)
+    check(client.process.poll() is None, 'the client lives on')
+
+
+def logs_are_clean(demo):
+    for name in ('_error.txt', '_stat.txt', '_netlog.txt', '_shaders.txt', '_meshStats.txt', '_profile.txt'):
+        check(os.path.exists(f'{demo.folder}/{name}'), f'{name} is there')
+    errors = demo.text('_error.txt')
+    check(errors == '', f'the error log is empty {errors[:500]!r}')
+    statistics = demo.text('_stat.txt')
+    for line in ('OS Version: ', 'Video card: ', 'average FPS for invididual scenes:', '  -CMain (over ',
+                 'Average framerate (over ', 'Font textures generated: ', 'Network connection:\n  -Total data sent: '):
+        check(line in statistics, f'the statistics say {line.strip()!r}')
+    traffic = demo.text('_netlog.txt')
+    check('{SENT TO SERVER}connect (NAME/PASS REMOVED FOR SECURITY)' in traffic, 'the login is masked')
+    check('Generate textures from tolv graphics' in demo.text('_profile.txt'), 'the profile has the conversion')
+
+
+def the_road(demo, display):
+    client = Client(demo, display)
+    try:
+        player = choose_and_log_in(demo, client, display)
+        talk(demo, client, display, player)
+        turn_the_camera(demo, client, display)
+        walk_and_look(demo, client, display, player)
+        enter_the_dream(demo, client, display, player)
+        lose_the_server(demo, client, display)
+        client.press_close_button()
+        check(client.ended() == 0, 'the close button ends the program with code 0')
+    finally:
+        client.close()
+    logs_are_clean(demo)
+
+
+def a_dream_that_is_gone(demo, display):
+    client = Client(demo, display)
+    try:
+        client.press('Return')
+        player = demo.server_saw(r'accepted the login of "([^"]+)"').group(1)
+        wait_until('the world is drawn', 30, lambda: display.picture().colours(*WORLD) > 50)
+        client.walk(demo.road('fadeddream'))
+        client.box('Erp')
+        time.sleep(0.5)
+        display.xdotool('key', 'Return')
+        demo.server_saw(rf'"{player}" sends: goback')
+        check('Anomolous response recieved to RC request.' in demo.text('_error.txt'), 'the refusal is in the error log')
+        time.sleep(1)
+        client.walk(demo.road('fadeddream'))
+        client.box('Erp')
+        client.press_close_button()
+        check(client.ended() == 0, 'closing the window answers the question and ends the program')
+        demo.server_saw(rf'"{player}" sends: vascodagama')
+    finally:
+        client.close()
+
+
+def no_server_at_all(demo, display):
+    demo.stop_server()
+    client = Client(demo, display)
+    try:
+        client.press('Return')
+        wait_until('the failure is told in the chat', 20, lambda: display.picture().lit(*CHAT) > 0.2)
+        client.type('nobody hears')
+        client.press('Return')
+        client.process.terminate()
+        check(client.ended() == 0, 'a termination request ends the program')
+    finally:
+        client.close()
+    errors = demo.text('_error.txt')
+    check('  -connection refused by server\n' in errors and 'memory leaks' not in errors, 'the refusal is in the error log')
+
+
+TESTS = {test.__name__: test for test in (the_road, a_dream_that_is_gone, no_server_at_all)}
+
+
+def main():
+    binaries, names = sys.argv[1], sys.argv[2:] or list(TESTS)
+    failed = 0
+    for name in names:
+        print(name, flush=True)
+        display = Display()
+        demo = Demo(binaries)
+        try:
+            TESTS[name](demo, display)
+        except Exception:  # noqa: BLE001 - whatever went wrong, the others still run
+            traceback.print_exc()
+            failed += 1
+            for log in ('server.log', '_error.txt', '_netlog.txt'):
+                print(f'--- the end of {log}:\n{demo.text(log)[-1500:]}')
+            display_picture(display, f'{name}.ppm')
+        finally:
+            demo.close()
+            display.close()
+    return 1 if failed else 0
+
+
+def display_picture(display, name):
+    picture = display.picture()
+    with open(name, 'wb') as file:
+        file.write(b'P6 %d %d 255\n' % (picture.width, picture.height) + picture.rgb)
+    print(f'the last picture: {os.path.abspath(name)}')
+
+
+if __name__ == '__main__':
+    sys.exit(main())
