@@ -9,19 +9,23 @@
 #include <string>
 
 #include "demo/server/DemoServer.h"
+#include "demo/server/Road.h"
 
 namespace {
 
 constexpr const char* usage =
     "usage: kelvane-demo-server --folder FOLDER [--game-port N] [--file-port N] [--ports-file FILE] [--log FILE]\n"
-    "                           [--write-addresses] [--still] [--day-seconds N] [--seed N]\n"
+    "                           [--write-addresses] [--log-lines] [--still] [--day-seconds N] [--seed N]\n"
+    "       kelvane-demo-server --road PLACE\n"
     "  --folder           an installation folder made by kelvane-demo-world\n"
     "  --game-port, --file-port\n"
     "                     ports on the loopback address; 0 or nothing: the system picks\n"
     "  --ports-file       gets the lines \"game-port N\" and \"file-port N\" once both ports listen\n"
     "  --write-addresses  writes the ports into the folder's data, where clients look for them\n"
+    "  --log-lines        every line of a player is logged as well\n"
     "  --still            nothing moves or changes by itself\n"
-    "  --day-seconds      from day to evening and back (240; 0: never)\n";
+    "  --day-seconds      from day to evening and back (240; 0: never)\n"
+    "  --road             prints the walk from the start to the door of a place, a digit of a movement line a step\n";
 
 struct Arguments {
     std::filesystem::path folder;
@@ -29,6 +33,7 @@ struct Arguments {
     unsigned filePort = 0;
     std::string portsFile;
     std::string logFile;
+    std::string road;
     bool writeAddresses = false;
     demo::GameOptions game;
 };
@@ -44,6 +49,8 @@ bool Parse(int count, char** words, Arguments& arguments) {
         const std::string word = words[i];
         if (word == "--still")
             arguments.game.still = true;
+        else if (word == "--log-lines")
+            arguments.game.logLines = true;
         else if (word == "--write-addresses")
             arguments.writeAddresses = true;
         else if (i + 1 == count)
@@ -53,6 +60,8 @@ bool Parse(int count, char** words, Arguments& arguments) {
             unsigned number = 0;
             if (word == "--folder")
                 arguments.folder = value;
+            else if (word == "--road")
+                arguments.road = value;
             else if (word == "--ports-file")
                 arguments.portsFile = value;
             else if (word == "--log")
@@ -69,7 +78,18 @@ bool Parse(int count, char** words, Arguments& arguments) {
                 return false;
         }
     }
-    return !arguments.folder.empty();
+    return arguments.folder.empty() == !arguments.road.empty();
+}
+
+int PrintRoad(const std::string& to) {
+    const std::string road = demo::RoadTo(demo::MakePlaces().front(), to);
+    if (road.empty()) {
+        std::cerr << "kelvane-demo-server: no door leads to " << to << "\n";
+        return 1;
+    }
+    for (const char step : road)
+        std::cout << step << "\n";
+    return 0;
 }
 
 // Readers see the whole file or none.
@@ -119,7 +139,7 @@ int main(int count, char** words) {
         return 2;
     }
     try {
-        return Serve(arguments);
+        return arguments.road.empty() ? Serve(arguments) : PrintRoad(arguments.road);
     } catch (const std::exception& failure) {
         std::cerr << "kelvane-demo-server: " << failure.what() << "\n";
         return 1;

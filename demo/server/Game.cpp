@@ -81,10 +81,9 @@ void Game::Line(ClientId client, std::string_view line) {
         player.toldToSlowDown = true;
         return;
     }
-    if (player.stage == Stage::Ready)
-        Command(player, line);
-    else
-        LoginLine(player, line);
+    if (player.stage != Stage::Ready) return LoginLine(player, line);
+    if (options.logLines) log.Write("\"" + player.figure.name + "\" sends: " + wire::Printable(line));
+    Command(player, line);
 }
 
 void Game::LoginLine(Player& player, std::string_view line) {

@@ -28,6 +28,7 @@ class Outbox {
 
 struct GameOptions {
     bool still = false;         // nothing happens by itself: no wandering, no changes, no change of day
+    bool logLines = false;      // what players send stands in the log, once they are logged in
     double daySeconds = 240.0;  // from day to evening and back
     unsigned seed = 1;
 };

@@ -93,18 +93,13 @@ class Demo:
         subprocess.run([f'{binaries}/kelvane-demo-world', self.folder], check=True, stdout=subprocess.DEVNULL)
         ports_file = f'{self.folder}/ports.txt'
         self.server = subprocess.Popen(
-            [f'{binaries}/kelvane-demo-server', '--folder', self.folder, '--game-port', '0', '--file-port', '0',
-             '--ports-file', ports_file, '--log', f'{self.folder}/server.log', '--log-lines'],
-            stdout=subprocess.DEVNULL)
+            [f'{binaries}/kelvane-demo-server', '--folder', self.folder, '--ports-file', ports_file, '--write-addresses',
+             '--log', f'{self.folder}/server.log', '--log-lines', '--still'], stdout=subprocess.DEVNULL)
         wait_until('the demo server listens', 20, lambda: os.path.exists(ports_file))
-        ports = open(ports_file).read().split()
-        for name, port in (('tolv_ip.txt', ports[0]), ('tolvfile_ip.txt', ports[1])):
-            with open(f'{self.folder}/data/{name}', 'w') as address:
-                address.write(f'127.0.0.1\n{port}\n')
 
     def road(self, place):
         """The walk from the start to the door of a place, in the digits of the movement lines."""
-        return subprocess.run([f'{self.binaries}/kelvane-demo-world', '--road', place], check=True, capture_output=True,
+        return subprocess.run([f'{self.binaries}/kelvane-demo-server', '--road', place], check=True, capture_output=True,
                               text=True).stdout.split()
 
     def text(self, name):
