@@ -9,8 +9,12 @@ namespace platform {
 
 enum class ShaderStage { Vertex, Fragment };
 
+enum class ConstantType { Float, Int, Bool };
+
+// One named constant that the program really reads.
 struct ShaderConstant {
     std::string name;
+    ConstantType type = ConstantType::Float;
     std::uint32_t offset = 0;        // bytes into the stage's constant block
     std::uint32_t size = 0;          // bytes
     std::uint32_t rows = 1;          // 1 for scalars and vectors
@@ -18,15 +22,27 @@ struct ShaderConstant {
     std::uint32_t elements = 1;      // of an array
     std::uint32_t elementStride = 0; // bytes
     std::uint32_t matrixStride = 0;  // bytes between rows (rowMajor) or columns
-    bool rowMajor = false;
+    bool rowMajor = false;           // as the source packs it; the default of HLSL is by columns
+};
+
+// A sampler that the program really reads, and the texture stage that it reads from.
+struct ShaderSampler {
+    std::string name;
+    std::uint32_t stage = 0;
 };
 
 struct CompiledShader {
     ShaderStage stage = ShaderStage::Vertex;
     std::string profile;
-    std::string code;  // for the device; GLSL 330 for the OpenGL device
+    std::string code;  // for the device; GLSL 330 for the OpenGL device, see shaders/StageInterface.h
     std::vector<ShaderConstant> constants;
     std::uint32_t constantBytes = 0;
+    std::vector<std::uint8_t> initialConstants;  // constantBytes long: the initial values that the source gives, else zeros
+    std::vector<ShaderSampler> samplers;
+    // Semantics with their numbers ("TEXCOORD0"), in capital letters: what the stage reads from the one before and what it
+    // hands on. The clip position and the written colour and depth are not among them.
+    std::vector<std::string> inputs;
+    std::vector<std::string> outputs;
 };
 
 // Compiles `source` with the entry function `entry` for a profile such as "vs_2_0" or "ps_2_a". On failure returns false with

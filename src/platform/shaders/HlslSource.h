@@ -1,0 +1,23 @@
+#pragma once
+// What has to be known of an HLSL source before the compiler sees it: refusals that the compiler would word badly, the registers
+// of its samplers and the initial values of its constants, which the compiler drops.
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace platform {
+
+struct HlslSource {
+    std::map<std::string, unsigned> samplerRegisters;
+    // The numbers of "type name = initialiser;" at file level, in order; true and false are 1 and 0.
+    std::map<std::string, std::vector<double>> initialValues;
+    // Constants whose initialiser is more than a list of numbers; it is not applied.
+    std::vector<std::string> unreadInitialisers;
+};
+
+// False with `reason` ("line 3: ...") when the source uses what is not supported or is too large or too deeply nested for the
+// compiler's recursion: at most 256 KiB, 128 open brackets, 4096 tokens in a statement.
+[[nodiscard]] bool ReadHlslSource(const std::string& source, HlslSource& out, std::string& reason);
+
+}  // namespace platform

@@ -1,0 +1,85 @@
+#include "platform/shaders/HlslToSpirv.h"
+
+#include <glslang/Public/ResourceLimits.h>
+#include <glslang/Public/ShaderLang.h>
+#include <glslang/SPIRV/GlslangToSpv.h>
+
+#include <mutex>
+#include <sstream>
+
+namespace platform {
+
+namespace {
+
+// glslang's symbol tables are made once a process and cost about 25 ms; they stay until its end.
+std::mutex& CompilerLock() {
+    static std::mutex lock;
+    static const bool ready = glslang::InitializeProcess();
+    (void)ready;
+    return lock;
+}
+
+// Drops the lines that carry no news: counts of errors and repeated ends.
+std::string TidyMessages(const std::string& log, const std::string& fileName) {
+    std::istringstream lines(log);
+    std::string tidy;
+    for (std::string line; std::getline(lines, line);) {
+        const bool summary = line.find("compilation errors.  No code generated") != std::string::npos;
+        if (line.empty() || summary) continue;
+        if (line.find(fileName) == std::string::npos) line = fileName + ": " + line;
+        tidy += line + "\n";
+    }
+    return tidy;
+}
+
+constexpr auto rules = static_cast<EShMessages>(EShMsgSpvRules | EShMsgVulkanRules | EShMsgReadHlsl |
+                                                EShMsgHlslDX9Compatible);
+
+void Describe(glslang::TShader& shader, EShLanguage language, const std::string& entry) {
+    shader.setEnvInput(glslang::EShSourceHlsl, language, glslang::EShClientVulkan, 100);
+    shader.setEnvClient(glslang::EShClientVulkan, glslang::EShTargetVulkan_1_0);
+    shader.setEnvTarget(glslang::EShTargetSpv, glslang::EShTargetSpv_1_0);
+    // Keeps the semantics' names in the result.
+    shader.setEnvTargetHlslFunctionality1();
+    shader.setEntryPoint(entry.c_str());
+    shader.setSourceEntryPoint(entry.c_str());
+    shader.setAutoMapLocations(true);
+}
+
+}  // namespace
+
+bool HlslToSpirv(const std::string& source, const std::string& fileName, const std::string& entry, ShaderStage stage,
+                 std::vector<std::uint32_t>& spirv, std::string& messages) {
+    const std::scoped_lock lock(CompilerLock());
+    const EShLanguage language = stage == ShaderStage::Vertex ? EShLangVertex : EShLangFragment;
+    glslang::TShader shader(language);
+    const char* text = source.c_str();
+    const int length = static_cast<int>(source.size());
+    const char* name = fileName.c_str();
+    shader.setStringsWithLengthsAndNames(&text, &length, &name, 1);
+    Describe(shader, language, entry);
+    const bool parsed = shader.parse(GetDefaultResources(), 100, false, rules);
+    messages = TidyMessages(shader.getInfoLog(), fileName);
+    if (!parsed) return false;
+
+    glslang::TProgram program;
+    program.addShader(&shader);
+    const bool linked = program.link(rules) && program.mapIO();
+    const std::string linkLog = program.getInfoLog();
+    messages += TidyMessages(linkLog, fileName);
+    // The linker mentions a missing entry function only as a warning and makes an empty program.
+    if (linkLog.find("Entry point not found") != std::string::npos) {
+        messages += fileName + ": entry function \"" + entry + "\" not found\n";
+        return false;
+    }
+    if (!linked) return false;
+
+    spv::SpvBuildLogger log;
+    glslang::SpvOptions options;
+    options.disableOptimizer = true;
+    glslang::GlslangToSpv(*program.getIntermediate(language), spirv, &log, &options);
+    messages += TidyMessages(log.getAllMessages(), fileName);
+    return !spirv.empty();
+}
+
+}  // namespace platform

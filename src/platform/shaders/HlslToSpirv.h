@@ -1,0 +1,16 @@
+#pragma once
+// HLSL to SPIR-V through glslang, with the rules of the Direct3D 9 era.
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "platform/ShaderCompiler.h"
+
+namespace platform {
+
+// On failure `messages` holds the reasons, on success the warnings; each line names the file. One compilation runs at a time.
+[[nodiscard]] bool HlslToSpirv(const std::string& source, const std::string& fileName, const std::string& entry,
+                               ShaderStage stage, std::vector<std::uint32_t>& spirv, std::string& messages);
+
+}  // namespace platform
