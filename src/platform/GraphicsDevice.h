@@ -253,9 +253,14 @@ class GraphicsInterface {
 };
 
 using GraphicsInterfaceFactory = std::unique_ptr<GraphicsInterface> (*)();
-// Of the system's own graphics library; null when it cannot be had. `window` gives it a place to ask on.
+// Of the back end that was registered; null when there is none or its graphics library cannot be had.
 std::unique_ptr<GraphicsInterface> CreateGraphicsInterface();
 // Registers the back end (done by its program or a test); returns the one before.
 GraphicsInterfaceFactory SetGraphicsInterfaceFactory(GraphicsInterfaceFactory factory);
+
+// The native handle of the main window, set by whoever made it (null when it is gone). An interface asks its questions on it and
+// hands what it made there to the device, instead of making a second window; without one it makes a hidden window for a while.
+void SetMainNativeWindow(void* handle);
+void* MainNativeWindow();
 
 }  // namespace platform

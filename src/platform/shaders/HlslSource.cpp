@@ -20,9 +20,12 @@ struct Token {
     unsigned line = 1;
 };
 
-bool IsWord(char letter) { return std::isalnum(static_cast<unsigned char>(letter)) || letter == '_'; }
+bool IsWord(char letter) {
+    return std::isalnum(static_cast<unsigned char>(letter)) || letter == '_';
+}
 
-// Words, numbers and single signs, without comments and directives. The directives' tokens go to `macros` by macro name.
+// Words, numbers and single signs, without comments and directives. The directives' tokens go to `macros` by macro
+// name.
 class Lexer {
   public:
     explicit Lexer(std::string_view source) : rest(source) {}
@@ -31,7 +34,8 @@ class Lexer {
     std::map<std::string, std::vector<std::string>> macros;
 
     void Run() {
-        while (!rest.empty()) Step();
+        while (!rest.empty())
+            Step();
     }
 
   private:
@@ -58,22 +62,26 @@ class Lexer {
     void SkipComment() {
         const std::size_t end = rest.find("*/", 2);
         const std::size_t length = end == std::string_view::npos ? rest.size() : end + 2;
-        for (const char letter : rest.substr(0, length)) line += letter == '\n';
+        for (const char letter : rest.substr(0, length))
+            line += letter == '\n';
         rest.remove_prefix(length);
     }
 
     std::string TakeToken() {
         std::size_t length = 1;
-        const bool number = std::isdigit(static_cast<unsigned char>(rest.front())) ||
-                            (rest.front() == '.' && rest.size() > 1 && std::isdigit(static_cast<unsigned char>(rest[1])));
+        const bool number =
+            std::isdigit(static_cast<unsigned char>(rest.front())) ||
+            (rest.front() == '.' && rest.size() > 1 && std::isdigit(static_cast<unsigned char>(rest[1])));
         if (number) {
             char* end = nullptr;
             const std::string digits(rest.substr(0, 64));
             std::strtod(digits.c_str(), &end);
             length = std::max<std::size_t>(1, static_cast<std::size_t>(end - digits.c_str()));
-            while (length < rest.size() && IsWord(rest[length])) ++length;
+            while (length < rest.size() && IsWord(rest[length]))
+                ++length;
         } else if (IsWord(rest.front())) {
-            while (length < rest.size() && IsWord(rest[length])) ++length;
+            while (length < rest.size() && IsWord(rest[length]))
+                ++length;
         }
         std::string token(rest.substr(0, length));
         rest.remove_prefix(length);
@@ -150,7 +158,8 @@ bool CheckMacros(const Lexer& lexer, std::string& reason) {
     return true;
 }
 
-// The compiler descends once for each open bracket, operator and else; these limits keep it far from the end of the stack.
+// The compiler descends once for each open bracket, operator and else; these limits keep it far from the end of the
+// stack.
 bool CheckShape(const std::vector<Token>& tokens, std::string& reason) {
     unsigned nesting = 0;
     unsigned statement = 0;
@@ -170,15 +179,17 @@ bool CheckShape(const std::vector<Token>& tokens, std::string& reason) {
 }
 
 bool CheckWords(const std::vector<Token>& tokens, std::string& reason) {
-    static const std::set<std::string> refused = {"texture",     "texture1D",   "texture2D", "texture3D", "textureCUBE",
-                                                  "sampler_state", "technique", "technique10", "pass"};
+    static const std::set<std::string> refused = {"texture",   "texture1D",   "texture2D",
+                                                  "texture3D", "textureCUBE", "sampler_state",
+                                                  "technique", "technique10", "pass"};
     for (std::size_t at = 0; at < tokens.size(); ++at) {
         if (!refused.contains(tokens[at].text)) continue;
         // "pass" and "texture" may be names of variables; as a declaration a name follows.
         const bool declares = at + 1 < tokens.size() && IsWord(tokens[at + 1].text.front());
         if (!declares && tokens[at].text != "sampler_state") continue;
-        reason = AtLine(tokens[at], "\"" + tokens[at].text + "\" belongs to effect files and is not supported; declare " +
-                                        "\"sampler2D name;\" and bind the texture to its stage");
+        reason =
+            AtLine(tokens[at], "\"" + tokens[at].text + "\" belongs to effect files and is not supported; declare " +
+                                   "\"sampler2D name;\" and bind the texture to its stage");
         return false;
     }
     return true;
@@ -208,15 +219,17 @@ class Declarations {
     [[nodiscard]] const std::string& Text(std::size_t at) const { return tokens[at].text; }
 
     void Declaration(std::size_t start, std::size_t end) {
-        static const std::set<std::string> prefixes = {"uniform", "extern", "shared", "row_major", "column_major",
-                                                       "volatile"};
-        while (start < end && prefixes.contains(Text(start))) ++start;
+        static const std::set<std::string> prefixes = {"uniform",   "extern",       "shared",
+                                                       "row_major", "column_major", "volatile"};
+        while (start < end && prefixes.contains(Text(start)))
+            ++start;
         if (end - start < 2 || !IsWord(Text(start).front()) || Text(start) == "static" || Text(start) == "const" ||
             Text(start) == "struct" || Text(start) == "typedef")
             return;
         std::size_t name = start + 1;
         if (name + 2 < end && Text(name) == "<") {  // vector<float, 4>
-            while (name < end && Text(name) != ">") ++name;
+            while (name < end && Text(name) != ">")
+                ++name;
             ++name;
         }
         if (name >= end || !IsWord(Text(name).front())) return;
@@ -247,7 +260,8 @@ class Declarations {
             std::string type = text;
             while (!type.empty() && (std::isdigit(static_cast<unsigned char>(type.back())) || type.back() == 'x'))
                 type.pop_back();
-            const bool number = std::isdigit(static_cast<unsigned char>(text[0])) || (text[0] == '.' && text.size() > 1);
+            const bool number =
+                std::isdigit(static_cast<unsigned char>(text[0])) || (text[0] == '.' && text.size() > 1);
             if (number) {
                 values.push_back(sign * std::strtod(text.c_str(), nullptr));
                 sign = 1.0;
@@ -257,7 +271,8 @@ class Declarations {
                 const std::string& before = Text(at - 1);
                 if (before != "=" && before != "," && before != "(" && before != "{") return Unread(name);
                 sign = -sign;
-            } else if (!types.contains(type) && text != "," && text != "(" && text != ")" && text != "{" && text != "}") {
+            } else if (!types.contains(type) && text != "," && text != "(" && text != ")" && text != "{" &&
+                       text != "}") {
                 return Unread(name);
             }
         }
@@ -283,7 +298,8 @@ bool ReadHlslSource(const std::string& source, HlslSource& out, std::string& rea
     }
     Lexer lexer(source);
     lexer.Run();
-    if (!CheckMacros(lexer, reason) || !CheckShape(lexer.tokens, reason) || !CheckWords(lexer.tokens, reason)) return false;
+    if (!CheckMacros(lexer, reason) || !CheckShape(lexer.tokens, reason) || !CheckWords(lexer.tokens, reason))
+        return false;
     Declarations(lexer.tokens, out).Run();
     return true;
 }

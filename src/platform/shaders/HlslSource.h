@@ -1,6 +1,6 @@
 #pragma once
-// What has to be known of an HLSL source before the compiler sees it: refusals that the compiler would word badly, the registers
-// of its samplers and the initial values of its constants, which the compiler drops.
+// What has to be known of an HLSL source before the compiler sees it: refusals that the compiler would word badly, the
+// registers of its samplers and the initial values of its constants, which the compiler drops.
 
 #include <map>
 #include <string>
@@ -16,8 +16,8 @@ struct HlslSource {
     std::vector<std::string> unreadInitialisers;
 };
 
-// False with `reason` ("line 3: ...") when the source uses what is not supported or is too large or too deeply nested for the
-// compiler's recursion: at most 256 KiB, 128 open brackets, 4096 tokens in a statement.
+// False with `reason` ("line 3: ...") when the source uses what is not supported or is too large or too deeply nested
+// for the compiler's recursion: at most 256 KiB, 128 open brackets, 4096 tokens in a statement.
 [[nodiscard]] bool ReadHlslSource(const std::string& source, HlslSource& out, std::string& reason);
 
 }  // namespace platform

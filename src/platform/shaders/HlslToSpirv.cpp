@@ -32,8 +32,8 @@ std::string TidyMessages(const std::string& log, const std::string& fileName) {
     return tidy;
 }
 
-constexpr auto rules = static_cast<EShMessages>(EShMsgSpvRules | EShMsgVulkanRules | EShMsgReadHlsl |
-                                                EShMsgHlslDX9Compatible);
+constexpr auto rules =
+    static_cast<EShMessages>(EShMsgSpvRules | EShMsgVulkanRules | EShMsgReadHlsl | EShMsgHlslDX9Compatible);
 
 void Describe(glslang::TShader& shader, EShLanguage language, const std::string& entry) {
     shader.setEnvInput(glslang::EShSourceHlsl, language, glslang::EShClientVulkan, 100);

@@ -9,7 +9,8 @@
 
 namespace platform {
 
-// On failure `messages` holds the reasons, on success the warnings; each line names the file. One compilation runs at a time.
+// On failure `messages` holds the reasons, on success the warnings; each line names the file. One compilation runs at a
+// time.
 [[nodiscard]] bool HlslToSpirv(const std::string& source, const std::string& fileName, const std::string& entry,
                                ShaderStage stage, std::vector<std::uint32_t>& spirv, std::string& messages);
 

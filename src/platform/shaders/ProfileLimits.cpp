@@ -22,6 +22,8 @@ const ProfileLimits* FindProfile(const std::string& name) {
     return nullptr;
 }
 
-bool KeepsLimits(const ProfileLimits&, const std::vector<std::uint32_t>&, std::string&) { return true; }
+bool KeepsLimits(const ProfileLimits&, const std::vector<std::uint32_t>&, std::string&) {
+    return true;
+}
 
 }  // namespace platform

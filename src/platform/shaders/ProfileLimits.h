@@ -23,8 +23,9 @@ struct ProfileLimits {
 // Null for an unknown name.
 const ProfileLimits* FindProfile(const std::string& name);
 
-// False with the reason when the program surely breaks a limit of the profile. Instructions are estimated from the optimised
-// program, so a program close to the limit may pass or fail against what another compiler says.
-[[nodiscard]] bool KeepsLimits(const ProfileLimits& limits, const std::vector<std::uint32_t>& spirv, std::string& reason);
+// False with the reason when the program surely breaks a limit of the profile. Instructions are estimated from the
+// optimised program, so a program close to the limit may pass or fail against what another compiler says.
+[[nodiscard]] bool KeepsLimits(const ProfileLimits& limits, const std::vector<std::uint32_t>& spirv,
+                               std::string& reason);
 
 }  // namespace platform

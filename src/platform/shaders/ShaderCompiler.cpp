@@ -2,10 +2,10 @@
 
 #include <map>
 
-#include "platform/shaders/ShaderConstants.h"
 #include "platform/shaders/HlslSource.h"
 #include "platform/shaders/HlslToSpirv.h"
 #include "platform/shaders/ProfileLimits.h"
+#include "platform/shaders/ShaderConstants.h"
 #include "platform/shaders/SpirvToGlsl.h"
 
 namespace platform {

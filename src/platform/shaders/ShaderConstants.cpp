@@ -9,7 +9,7 @@ namespace {
 
 bool WriteOne(const ShaderConstant& constant, std::size_t element, std::uint32_t row, std::uint32_t column, float value,
               std::vector<std::uint8_t>& block) {
-    const std::size_t inside = constant.rows == 1   ? column * 4U
+    const std::size_t inside = constant.rows == 1  ? column * 4U
                                : constant.rowMajor ? row * constant.matrixStride + column * 4U
                                                    : column * constant.matrixStride + row * 4U;
     const std::size_t at = constant.offset + element * constant.elementStride + inside;
@@ -53,11 +53,13 @@ bool WriteVectors(const ShaderConstant& constant, const float (*values)[4], std:
     return changed;
 }
 
-bool WriteMatrix(const ShaderConstant& constant, const float values[16], bool transpose, std::vector<std::uint8_t>& block) {
+bool WriteMatrix(const ShaderConstant& constant, const float values[16], bool transpose,
+                 std::vector<std::uint8_t>& block) {
     bool changed = false;
     for (std::uint32_t row = 0; row < constant.rows && row < 4; ++row)
         for (std::uint32_t column = 0; column < constant.columns && column < 4; ++column)
-            changed |= WriteOne(constant, 0, row, column, values[transpose ? 4 * column + row : 4 * row + column], block);
+            changed |=
+                WriteOne(constant, 0, row, column, values[transpose ? 4 * column + row : 4 * row + column], block);
     return changed;
 }
 

@@ -29,7 +29,8 @@ struct Crossing {
 // "color" -> "COLOR0". A semantic without a number is number 0.
 std::string FullSemantic(const char* text) {
     std::string semantic = text ? text : "";
-    for (char& letter : semantic) letter = static_cast<char>(std::toupper(static_cast<unsigned char>(letter)));
+    for (char& letter : semantic)
+        letter = static_cast<char>(std::toupper(static_cast<unsigned char>(letter)));
     if (!semantic.empty() && !std::isdigit(static_cast<unsigned char>(semantic.back()))) semantic += '0';
     // The later names of the same things.
     if (semantic.starts_with("SV_TARGET")) return "COLOR" + semantic.substr(9);
@@ -106,9 +107,11 @@ class Translator {
 
         const spvc_buffer_range* ranges = nullptr;
         std::size_t rangeCount = 0;
-        if (spvc_compiler_get_active_buffer_ranges(compiler, block.id, &ranges, &rangeCount) != SPVC_SUCCESS) return false;
+        if (spvc_compiler_get_active_buffer_ranges(compiler, block.id, &ranges, &rangeCount) != SPVC_SUCCESS)
+            return false;
         std::set<unsigned> members;
-        for (std::size_t at = 0; at < rangeCount; ++at) members.insert(ranges[at].index);
+        for (std::size_t at = 0; at < rangeCount; ++at)
+            members.insert(ranges[at].index);
         for (const unsigned member : members)
             if (!ReadConstant(block.base_type_id, type, member)) return false;
         return true;
@@ -121,8 +124,10 @@ class Translator {
         if (base == SPVC_BASETYPE_STRUCT) return true;
         ShaderConstant constant;
         constant.name = spvc_compiler_get_member_name(compiler, blockId, member);
-        if (base == SPVC_BASETYPE_INT32) constant.type = ConstantType::Int;
-        else if (base != SPVC_BASETYPE_FP32) constant.type = ConstantType::Bool;
+        if (base == SPVC_BASETYPE_INT32)
+            constant.type = ConstantType::Int;
+        else if (base != SPVC_BASETYPE_FP32)
+            constant.type = ConstantType::Bool;
         std::size_t size = 0;
         unsigned offset = 0;
         if (spvc_compiler_get_declared_struct_member_size(compiler, block, member, &size) != SPVC_SUCCESS ||
@@ -145,14 +150,15 @@ class Translator {
             constant.elements *= spvc_type_get_array_dimension(type, at);
         if (spvc_type_get_num_array_dimensions(type) > 0)
             spvc_compiler_type_struct_member_array_stride(compiler, block, member, &constant.elementStride);
-        if (spvc_type_get_num_array_dimensions(type) > 1) return RefuseWith("constant \"" + constant.name +
-                                                                           "\": arrays of arrays cannot be used");
+        if (spvc_type_get_num_array_dimensions(type) > 1)
+            return RefuseWith("constant \"" + constant.name + "\": arrays of arrays cannot be used");
         out.constants.push_back(std::move(constant));
         return true;
     }
 
     bool ReadCrossings() {
-        return ReadCrossings(SPVC_RESOURCE_TYPE_STAGE_INPUT, true) && ReadCrossings(SPVC_RESOURCE_TYPE_STAGE_OUTPUT, false);
+        return ReadCrossings(SPVC_RESOURCE_TYPE_STAGE_INPUT, true) &&
+               ReadCrossings(SPVC_RESOURCE_TYPE_STAGE_OUTPUT, false);
     }
 
     bool ReadCrossings(spvc_resource_type kind, bool input) {
@@ -161,8 +167,8 @@ class Translator {
             const spvc_variable_id id = list[at].id;
             Crossing crossing;
             crossing.input = input;
-            crossing.semantic = FullSemantic(
-                spvc_compiler_get_decoration_string(compiler, id, SpvDecorationUserSemantic));
+            crossing.semantic =
+                FullSemantic(spvc_compiler_get_decoration_string(compiler, id, SpvDecorationUserSemantic));
             if (crossing.semantic.empty())
                 return RefuseWith(std::string(input ? "an input" : "an output") + " (" + list[at].name +
                                   ") has no semantic");
@@ -194,7 +200,8 @@ class Translator {
             if (named != registers.end()) {
                 sampler.stage = named->second;
             } else {
-                while (taken.contains(sampler.stage)) ++sampler.stage;
+                while (taken.contains(sampler.stage))
+                    ++sampler.stage;
                 taken.insert(sampler.stage);
             }
             if (sampler.stage >= 16) return RefuseWith("sampler \"" + sampler.name + "\" has no register below s16");

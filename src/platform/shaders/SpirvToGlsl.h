@@ -10,8 +10,8 @@
 
 namespace platform {
 
-// Fills code, constants, samplers, inputs and outputs of `out`, whose stage and profile are set. `samplerRegisters` holds the
-// registers that the source names. False with a reason that names no file.
+// Fills code, constants, samplers, inputs and outputs of `out`, whose stage and profile are set. `samplerRegisters`
+// holds the registers that the source names. False with a reason that names no file.
 [[nodiscard]] bool SpirvToGlsl(const std::vector<std::uint32_t>& spirv,
                                const std::map<std::string, unsigned>& samplerRegisters, CompiledShader& out,
                                std::string& reason);

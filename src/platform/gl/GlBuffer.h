@@ -1,0 +1,66 @@
+#pragma once
+// A vertex or index buffer: its bytes in memory and the card's copy; and the layout of vertices.
+
+#include <epoxy/gl.h>
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "platform/GraphicsDevice.h"
+#include "platform/gl/GlSharedState.h"
+
+namespace platform::gl {
+
+class Buffer : public DeviceBuffer {
+  public:
+    Buffer(std::shared_ptr<SharedState> state, std::size_t count, bool isDynamic);
+    ~Buffer() override;
+
+    void* Lock(bool discard) override;
+    void Unlock() override;
+
+    [[nodiscard]] std::uint64_t Id() const { return id; }
+    [[nodiscard]] std::size_t Size() const { return bytes.size(); }
+    [[nodiscard]] bool NeedsRefresh() const { return stale || generation != shared->Generation(); }
+    // Binds the card's copy, making or refreshing it first.
+    void Bind(GLenum target);
+
+  private:
+    std::shared_ptr<SharedState> shared;
+    std::vector<std::uint8_t> bytes;
+    bool dynamic = false;
+    bool stale = true;
+    std::uint64_t id = 0;
+    GLuint name = 0;
+    unsigned generation = 0;
+};
+
+// Attributes have fixed places in every program; what a layout leaves out reads as (0, 0, 0, 1), a colour as white.
+inline constexpr unsigned attributeCount = 4;
+inline constexpr std::array<const char*, attributeCount> attributeSemantics{"POSITION0", "NORMAL0", "COLOR0",
+                                                                            "TEXCOORD0"};
+
+class Layout : public VertexLayout {
+  public:
+    Layout(std::shared_ptr<SharedState> state, const std::vector<VertexElement>& elements);
+    ~Layout() override;
+
+    [[nodiscard]] std::uint64_t Id() const { return id; }
+    // Points the attributes into the bound array buffer.
+    void Apply(unsigned stride) const;
+
+  private:
+    struct Attribute {
+        bool used = false;
+        bool packedColour = false;
+        GLint components = 0;
+        unsigned offset = 0;
+    };
+    std::shared_ptr<SharedState> shared;
+    std::array<Attribute, attributeCount> attributes;
+    std::uint64_t id = 0;
+};
+
+}  // namespace platform::gl
