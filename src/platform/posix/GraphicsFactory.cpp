@@ -8,7 +8,8 @@ namespace platform {
 
 namespace {
 GraphicsInterfaceFactory currentFactory = nullptr;
-}
+void* mainWindow = nullptr;
+}  // namespace
 
 std::unique_ptr<GraphicsInterface> CreateGraphicsInterface() {
     return currentFactory ? currentFactory() : nullptr;
@@ -16,6 +17,13 @@ std::unique_ptr<GraphicsInterface> CreateGraphicsInterface() {
 
 GraphicsInterfaceFactory SetGraphicsInterfaceFactory(GraphicsInterfaceFactory factory) {
     return std::exchange(currentFactory, factory);
+}
+
+void SetMainNativeWindow(void* handle) {
+    mainWindow = handle;
+}
+void* MainNativeWindow() {
+    return mainWindow;
 }
 
 }  // namespace platform

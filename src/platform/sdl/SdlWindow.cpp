@@ -3,6 +3,7 @@
 #include <atomic>
 #include <deque>
 
+#include "platform/GraphicsDevice.h"
 #include "platform/SystemQuery.h"
 #include "platform/Window.h"
 #include "platform/sdl/ScanCodes.h"
@@ -31,12 +32,14 @@ class SdlWindow : public Window {
         closeWanted = false;
         SDL_AddEventWatch(WatchForClose, nullptr);
         UseSdlMessageBoxes(window);
+        SetMainNativeWindow(window);
         SDL_StartTextInput();
     }
 
     ~SdlWindow() override {
         SDL_DelEventWatch(WatchForClose, nullptr);
         UseSdlMessageBoxes(nullptr);
+        SetMainNativeWindow(nullptr);
         mainWindowId = 0;
         SDL_DestroyWindow(window);
         SDL_QuitSubSystem(SDL_INIT_VIDEO);
