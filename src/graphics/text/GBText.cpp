@@ -22,25 +22,21 @@ constexpr std::size_t mostCharacters = 0x1000000;
 struct SharedParts {
     Shader* shader = nullptr;
     Text* freeText = nullptr;
-    bool hooked = false;
 };
-SharedParts& Shared() {
-    static SharedParts parts;
-    return parts;
-}
+SharedParts sharedParts;
 
 void ReleaseSharedParts() {
-    SharedParts& parts = Shared();
+    SharedParts& parts = sharedParts;
     if (parts.freeText) delete2(parts.freeText, "GBText", __LINE__);
     if (parts.shader) delete2(parts.shader, "GBText", __LINE__);
     parts = SharedParts();
 }
 
 SharedParts& HookedParts() {
-    SharedParts& parts = Shared();
-    if (!parts.hooked) DXG::AddShutdownHook(&ReleaseSharedParts);
-    parts.hooked = true;
-    return parts;
+    static bool hooked = false;  // for the whole process, as the foundation keeps its hooks
+    if (!hooked) DXG::AddShutdownHook(&ReleaseSharedParts);
+    hooked = true;
+    return sharedParts;
 }
 
 // Made on first use; one that does not load leaves the drawing to the fixed-function stages.
@@ -111,9 +107,9 @@ void Text::Measure(float& measuredWidth, float& measuredHeight) {
 
 void Text::Draw() {
     if (text.text.empty()) return;
-    Shader& shader = TextShader();
     const auto font = GetFont(faceName, fontSize, centred);
     if (!font) return;
+    Shader& shader = TextShader();
     if (font != atlas || !built || vertexCount == 0) {
         // The buffer of an atlas that went with its device went too.
         if (atlas && !atlas->texture.IsLoaded()) quads = DXG::VertexBuffer();
