@@ -151,7 +151,7 @@ TEST_F(TextTest, RebuildsOnlyWhatChanged) {
         },
         [&] { text.SetPosition(0, 1); },
         [&] { text.SetSize(17); },
-        [&] { text.SetFont("Arial", 17, true); },
+        [&] { text.SetFont("Arial", 18, true); },
         [&] { text.SetWrapWidth(20); },
         [&] { text.SetFixedAdvance(0.6F); },
         [&] { text.SetText(std::string(37, 'x')); },  // as long as the first buffer has room

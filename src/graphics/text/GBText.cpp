@@ -76,12 +76,11 @@ void Text::SetPosition(float newX, float newY) {
 
 void Text::SetSize(float newSize) {
     Change(size, newSize);
-    Change(fontSize, newSize);
 }
 
 void Text::SetFont(const std::string& newFace, float newSize, bool isCentred) {
     Change(faceName, newFace);
-    Change(fontSize, newSize);
+    Change(size, newSize);
     Change(centred, isCentred);
 }
 
@@ -98,7 +97,7 @@ TextMetrics Text::MetricsIn(const FontAtlas& font) const {
 
 void Text::Measure(float& measuredWidth, float& measuredHeight) {
     TextExtent extent;
-    if (const auto font = text.text.empty() ? nullptr : GetFont(faceName, fontSize, centred))
+    if (const auto font = text.text.empty() ? nullptr : GetFont(faceName, size, centred))
         extent = ExtentOf(WrapText(text.text, MetricsIn(*font), wrapWidth), size);
     measuredWidth = extent.width;
     measuredHeight = extent.height;
@@ -107,7 +106,7 @@ void Text::Measure(float& measuredWidth, float& measuredHeight) {
 
 void Text::Draw() {
     if (text.text.empty()) return;
-    const auto font = GetFont(faceName, fontSize, centred);
+    const auto font = GetFont(faceName, size, centred);
     if (!font) return;
     Shader& shader = TextShader();
     if (font != atlas || !built || vertexCount == 0) {
@@ -158,7 +157,6 @@ void DrawFreeText(const ColouredText& text, float x, float y, float size, const 
     }
     parts.freeText->SetText(text);
     parts.freeText->SetPosition(x, y);
-    parts.freeText->SetSize(size);
     parts.freeText->SetFont(faceName, size, centred);
     parts.freeText->Draw();
 }
