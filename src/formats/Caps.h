@@ -23,6 +23,11 @@ constexpr std::uint64_t unpackedBytes = 1ULL << 30;
 constexpr std::size_t repeatedMessages = 65536;
 // Bytes of one line from a game or file server. The longest lines known are descriptions of a few KiB.
 constexpr std::size_t serverLineBytes = 64ULL << 10;
+// Characters and markers that the server can put on a map; more are not shown. A crowded map holds a few hundred.
+constexpr std::size_t characters = 8192;
+constexpr std::size_t markers = 8192;
+// File transfers at the same time, each with two threads and a connection. A player is sent into one dream after the other.
+constexpr std::size_t transfers = 16;
 // Bytes of a file that the file server may announce; an archive larger than its cap would be refused anyway.
 constexpr std::int64_t downloadBytes = 512LL << 20;
 // Bytes of one block of the file server; the client asks for 4096.

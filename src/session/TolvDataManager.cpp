@@ -4,6 +4,8 @@
 
 #include "diag/CMemMan.h"
 #include "diag/CallStack.h"
+#include "diag/LogFile.h"
+#include "formats/Caps.h"
 #include "session/MessageQueue.h"
 #include "session/TolvFileGetter.h"
 
@@ -49,8 +51,12 @@ void TolvDataManager::MoveCharacter(int oldGx, int oldGy, const Character& chara
     RemoveCharacterAt(oldGx, oldGy);
     if (Character* const standing = FindCharacterAt(moved.gx, moved.gy))
         *standing = moved;
-    else
+    else if (characters.size() < caps::characters)
         characters.push_back(moved);
+}
+
+void TolvDataManager::AddMarker(const Marker& marker) {
+    if (markers.size() < caps::markers) markers.push_back(marker);
 }
 
 void TolvDataManager::RemoveMarkerAt(int gx, int gy) {
@@ -68,6 +74,10 @@ void TolvDataManager::SetViewPosition(int gx, int gy) {
 }
 
 bool TolvDataManager::StartDreamTransfer(const std::string& id, const std::string& folder) {
+    if (transfers.size() >= caps::transfers) {
+        errorLog.Write("Error: Too many file transfers at once, so another one is refused: " + id + "\n");
+        return true;
+    }
     TOLV::FileGetter* const getter = new2<TOLV::FileGetter>(
         {"TOLV::FileGetter", "TOLV::FileGetter(id,path)", "TolvDataManager", __LINE__}, id, folder);
     if (!getter) return true;

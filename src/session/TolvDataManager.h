@@ -50,10 +50,11 @@ class TolvDataManager {
     void ClearCharacters() { characters.clear(); }
     void RemoveCharacterAt(int gx, int gy);
     Character* FindCharacterAt(int gx, int gy);
+    // Empties the old cell, then replaces the character at the record's own cell or appends the record.
     void MoveCharacter(int oldGx, int oldGy, const Character& character);
 
     [[nodiscard]] const std::vector<Marker>& GetMarkers() const { return markers; }
-    void AddMarker(const Marker& marker) { markers.push_back(marker); }
+    void AddMarker(const Marker& marker);
     void RemoveMarkerAt(int gx, int gy);
     void ClearMarkers() { markers.clear(); }
 
@@ -61,8 +62,10 @@ class TolvDataManager {
     void SetViewPosition(int gx, int gy);
 
     [[nodiscard]] const std::list<Transfer>& GetTransfers() const { return transfers; }  // newest first
-    // True when the transfer is done already: a local copy, or no connection.
+    // True when the transfer is done already: a local copy, or no connection. Too many at once are refused, with a
+    // message.
     bool StartDreamTransfer(const std::string& id, const std::string& folder);
+    // Destroys the getter, waiting for its thread, and forgets the entry; one that is not in the table is reported.
     void EndTransfer(const Transfer& transfer);
 
   private:

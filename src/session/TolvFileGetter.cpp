@@ -1,5 +1,6 @@
 #include "session/TolvFileGetter.h"
 
+#include <algorithm>
 #include <vector>
 
 #include "diag/CMemMan.h"
@@ -28,6 +29,30 @@ void Post(const std::string& text) {
     MessageQueue::Default().Post(text);
 }
 
+// The files that some getter writes, so that two transfers of one dream do not write into the same one.
+class PathClaims {
+  public:
+    bool Take(const std::string& path) {
+        ScopedLock held(lock);
+        if (Find(path) != paths.end()) return false;
+        paths.push_back(path);
+        return true;
+    }
+    void Release(const std::string& path) {
+        ScopedLock held(lock);
+        paths.erase(Find(path));
+    }
+
+  private:
+    std::vector<std::string>::iterator Find(const std::string& path) {
+        return std::find_if(paths.begin(), paths.end(), [&](const auto& p) { return EqualsIgnoringCase(p, path); });
+    }
+
+    CriticalSection lock;
+    std::vector<std::string> paths;  // under lock
+};
+PathClaims claims;
+
 }  // namespace
 
 FileGetter::FileGetter(const std::string& transferId, const std::string& folder) : id(transferId) {
@@ -44,9 +69,13 @@ FileGetter::FileGetter(const std::string& transferId, const std::string& folder)
 FileGetter::~FileGetter() {
     if (thread) delete2(thread, "TolvFileGetter", __LINE__);
     outFile.Close();
-    if (IsComplete() || filePath.empty()) return;
-    errorLog.Write("Note: deleting incompletely transfered file \"" + filePath + "\"\n");
-    if (!platform::RemoveFile(filePath)) errorLog.Write("Failed to delete file \"" + filePath + "\"\n");
+    // A file that another getter is writing stays.
+    if (!IsComplete() && !filePath.empty() && !claimed) claimed = claims.Take(filePath);
+    if (!IsComplete() && claimed) {
+        errorLog.Write("Note: deleting incompletely transfered file \"" + filePath + "\"\n");
+        if (!platform::RemoveFile(filePath)) errorLog.Write("Failed to delete file \"" + filePath + "\"\n");
+    }
+    if (claimed) claims.Release(filePath);
 }
 
 void FileGetter::GetProgress(int& receivedBytes, int& totalBytes) const {
@@ -101,7 +130,7 @@ void FileGetter::ThreadProcedure(CThread& thread, void* parameter) {
 bool FileGetter::Pass() {
     if (done && !client.IsConnected()) return false;
     if (!done) {
-        if (!CollectBytes()) {
+        if (!HasTurn() || !CollectBytes()) {
             platform::SleepMs(emptySleepMs);
             return true;
         }
@@ -109,6 +138,13 @@ bool FileGetter::Pass() {
     }
     platform::SleepMs(passSleepMs);
     return true;
+}
+
+// False while another getter has the file; what that one leaves may be the copy wanted.
+bool FileGetter::HasTurn() {
+    if (claimed) return true;
+    claimed = claims.Take(filePath);
+    return claimed && !UseLocalCopy();
 }
 
 // Moves what has arrived into the inbox; false when there is nothing to act on.

@@ -39,8 +39,6 @@ class FileGetter {
     [[nodiscard]] const std::string& GetPath() const { return filePath; }
 
   private:
-    friend struct FileGetterFeeder;  // tests give it the server's bytes without a connection
-
     enum class State : int { AwaitWelcome, AwaitReply, Receiving, Complete, Failed };
 
     static void ThreadProcedure(CThread& thread, void* parameter);
@@ -48,6 +46,7 @@ class FileGetter {
     void ConnectToFileServer();
     bool UseLocalCopy();
     bool Pass();
+    bool HasTurn();
     bool CollectBytes();
     void Act();
     bool TakeLine(std::string& line);
@@ -71,6 +70,7 @@ class FileGetter {
     std::atomic<int> received{0};
     std::atomic<int> totalSize{1};
     std::string filePath;
+    bool claimed = false;  // the path is this getter's to write; its thread's, then its destructor's
     platform::File outFile;
 };
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <climits>
 #include <vector>
 
@@ -11,22 +12,21 @@
 
 namespace {
 
-std::vector<std::string> Take(LineFramer& framer) {
+// The lines of a stream that arrives in pieces of a size.
+std::vector<std::string> Feed(std::string_view stream, std::size_t piece) {
+    LineFramer framer;
     std::vector<std::string> lines;
-    for (std::string line; framer.TakeLine(line);)
-        lines.push_back(line);
+    for (; !stream.empty(); stream.remove_prefix(std::min(piece, stream.size()))) {
+        framer.Append(stream.substr(0, piece));
+        for (std::string line; framer.TakeLine(line);)
+            lines.push_back(line);
+    }
     return lines;
 }
 
 TEST(LineFramer, OnlyWholeLinesComeOutWithoutTheirLineFeeds) {
-    using Lines = std::vector<std::string>;
-    LineFramer framer;
-    const std::pair<const char*, Lines> rows[] = {
-        {"(ab", {}}, {"c\n", {"(abc"}}, {"", {}}, {"\n\nx\r\ny", {"", "", "x\r"}}, {"\n", {"y"}}};
-    for (const auto& [bytes, lines] : rows) {
-        framer.Append(bytes);
-        EXPECT_EQ(Take(framer), lines) << bytes;
-    }
+    for (const std::size_t piece : {1, 2, 3, 5, 100})
+        EXPECT_EQ(Feed("(abc\n\n\nx\r\ny\nrest", piece), (std::vector<std::string>{"(abc", "", "", "x\r", "y"}));
 }
 
 // A framer that moves the rest of the buffer for every line would need hours.
@@ -34,18 +34,11 @@ TEST(LineFramer, ABurstIsLinearInOnePieceAndInPackets) {
     std::string burst;
     for (int i = 0; i < 200000; ++i)
         burst += "(" + std::to_string(i) + std::string(100, 'x') + "\n";
-    LineFramer whole;
-    whole.Append(burst);
-    EXPECT_EQ(Take(whole).size(), 200000U);
-    LineFramer packets;
-    std::vector<std::string> lines;
-    for (std::size_t at = 0; at < burst.size(); at += 1460) {
-        packets.Append(std::string_view(burst).substr(at, 1460));
-        for (std::string& line : Take(packets))
-            lines.push_back(std::move(line));
+    for (const std::size_t piece : {burst.size(), std::size_t{1460}}) {
+        const std::vector<std::string> lines = Feed(burst, piece);
+        ASSERT_EQ(lines.size(), 200000U);
+        EXPECT_EQ(lines.back(), "(199999" + std::string(100, 'x'));
     }
-    ASSERT_EQ(lines.size(), 200000U);
-    EXPECT_EQ(lines.back(), "(199999" + std::string(100, 'x'));
 }
 
 TEST(LineFramer, ALineBeyondTheCapIsDroppedWithOneMessage) {
@@ -53,15 +46,8 @@ TEST(LineFramer, ALineBeyondTheCapIsDroppedWithOneMessage) {
     const std::string longest(caps::serverLineBytes, 'l');
     for (const std::size_t piece : {longest.size() * 4, std::size_t{1000}}) {
         support::ClearErrorLog();
-        LineFramer framer;
-        std::vector<std::string> lines;
         const std::string stream = longest + "\n" + longest + "+\nafter\n" + longest + longest + longest + "\nlast\n";
-        for (std::size_t at = 0; at < stream.size(); at += piece) {
-            framer.Append(std::string_view(stream).substr(at, piece));
-            for (std::string& line : Take(framer))
-                lines.push_back(std::move(line));
-        }
-        EXPECT_EQ(lines, (std::vector<std::string>{longest, "after", "last"}));
+        EXPECT_EQ(Feed(stream, piece), (std::vector<std::string>{longest, "after", "last"}));
         const std::string message = "Error: Line of more than 65536 bytes received from a server, so it is dropped.\n";
         EXPECT_EQ(folder.Read("_error.txt"), message + message);
     }

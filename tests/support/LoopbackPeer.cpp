@@ -19,7 +19,7 @@ LoopbackPeer::LoopbackPeer() : listener(socket(AF_INET, SOCK_STREAM | SOCK_CLOEX
     own.sin_family = AF_INET;
     own.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     socklen_t length = sizeof own;
-    if (bind(listener, reinterpret_cast<sockaddr*>(&own), length) != 0 || listen(listener, 8) != 0) return;
+    if (bind(listener, reinterpret_cast<sockaddr*>(&own), length) != 0 || listen(listener, 32) != 0) return;
     getsockname(listener, reinterpret_cast<sockaddr*>(&own), &length);
     port = ntohs(own.sin_port);
 }

@@ -116,16 +116,12 @@ bool File::Close() {
 
 bool ReadFileBytes(std::string_view path, std::string& out) {
     out.clear();
-    std::string hostPath;
-    std::FILE* stream = HostPathOf(path, hostPath) ? OpenStream(hostPath, OpenMode::Read) : nullptr;
-    if (!stream) return false;
+    File file(path, OpenMode::Read);
+    if (!file.IsOpen()) return false;
     char block[16384];
-    while (const std::size_t count = std::fread(block, 1, sizeof block, stream))
+    while (const std::size_t count = file.Read(block, sizeof block))
         out.append(block, count);
-    const bool readAll = std::ferror(stream) == 0;
-    std::fclose(stream);
-    if (!readAll) out.clear();
-    return readAll;
+    return true;
 }
 
 bool ReadFileText(std::string_view path, std::string& out) {
