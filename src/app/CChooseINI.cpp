@@ -49,6 +49,7 @@ CChooseINI::CChooseINI() {
     }
     marker.LoadCC("data\\pickINI.bmp");
     banner.SetFont("times new roman", 48.0F, false);
+    banner.SetSize(48.0F);
     banner.SetText(Vary("  Kelvane Client\n"));
     banner.SetPosition(175.0F, 30.0F);
 }

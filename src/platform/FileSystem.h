@@ -46,7 +46,7 @@ class File {
     void* handle = nullptr;
 };
 
-// The whole content; false and an empty `out` when it cannot be opened. Folders cannot be opened.
+// The whole content; false and an empty `out` when it cannot be opened or read to its end. Folders cannot be opened.
 [[nodiscard]] bool ReadFileBytes(std::string_view path, std::string& out);
 // As ReadFileBytes, in text mode: a carriage return before a line feed is dropped.
 [[nodiscard]] bool ReadFileText(std::string_view path, std::string& out);

@@ -39,6 +39,8 @@ class FileGetter {
     [[nodiscard]] const std::string& GetPath() const { return filePath; }
 
   private:
+    friend struct FileGetterFeeder;  // tests give it the server's bytes without a connection
+
     enum class State : int { AwaitWelcome, AwaitReply, Receiving, Complete, Failed };
 
     static void ThreadProcedure(CThread& thread, void* parameter);

@@ -64,18 +64,26 @@ WallRenderer* WallRenderer::Current() {
     return current;
 }
 
-// Walls are opaque or cut out by their alpha, so the depth test makes the picture the same in any order.
+// Stone comes first, the others in the order of their first panel. Walls are opaque or cut out by their alpha, so the
+// depth test makes the picture the same in any order.
 void WallRenderer::GroupByTexture() {
-    std::array<unsigned, slotCount + 2> start{};  // by texture + 1, after a leading 0
+    constexpr unsigned unranked = 0xFFFFFFFFU;
+    std::array<unsigned, slotCount + 1> ranks{};  // by texture + 1
+    ranks.fill(unranked);
+    ranks[stoneTexture + 1] = 0;
+    unsigned rankCount = 1;
+    std::array<unsigned, slotCount + 2> starts{};  // by rank + 1 the panels of a rank, then by rank their first place
     for (WallPanel& panel : panels) {
         if (!textures.Loaded(panel.texture)) panel.texture = stoneTexture;
-        ++start[static_cast<std::size_t>(panel.texture + 2)];
+        unsigned& rank = ranks[static_cast<std::size_t>(panel.texture + 1)];
+        if (rank == unranked) rank = rankCount++;
+        ++starts[rank + 1];
     }
-    for (std::size_t i = 1; i < start.size(); ++i)
-        start[i] += start[i - 1];
+    for (std::size_t i = 1; i < starts.size(); ++i)
+        starts[i] += starts[i - 1];
     grouped.resize(panels.size());
     for (const WallPanel& panel : panels)
-        grouped[start[static_cast<std::size_t>(panel.texture + 1)]++] = panel;
+        grouped[starts[ranks[static_cast<std::size_t>(panel.texture + 1)]]++] = panel;
 }
 
 void WallRenderer::Draw(const ViewCell& view) {

@@ -42,5 +42,5 @@ class WallRenderer {
     TextureTable textures{slotCount};
     DXG::Texture stone;
     std::vector<WallPanel> panels;   // kept for their room
-    std::vector<WallPanel> grouped;  // stone first, then by texture
+    std::vector<WallPanel> grouped;  // stone first, then texture by texture
 };

@@ -190,6 +190,7 @@ TEST_F(Memory, TheFinalReportListsLeaksNewestFirst) {
     own.Finish();
     EXPECT_EQ(own.LiveBlocks(), 0U);
     EXPECT_EQ(boxes.size(), 2U);
+    EXPECT_EQ(Reported(), "");
     platform::SetMessageBoxHandler(handlerBefore);
 }
 

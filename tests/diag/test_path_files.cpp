@@ -94,6 +94,16 @@ TEST(Files, AmbiguousNamesAreToldOnceInTheErrorLog) {
               "Note: several names differ only in case from \"file.txt\"; using \"FILE.txt\".\n");
 }
 
+void ExpectRefused(const std::string& folder, const Strings& names) {
+    for (const std::string& name : names) {
+        support::ClearErrorLog();
+        EXPECT_EQ(ContainedPath(folder, name), "") << name;
+        const std::string log = support::ErrorLogText();
+        EXPECT_EQ(log.find("Bad: file name refused: \""), 0U) << name;
+        EXPECT_EQ(log.find('\n'), log.size() - 1) << name;
+    }
+}
+
 TEST(ContainedPath, StaysBelowItsFolder) {
     const TestFolder folder;
     folder.Write("dl/real/x", "");
@@ -105,39 +115,11 @@ TEST(ContainedPath, StaysBelowItsFolder) {
         EXPECT_EQ(ContainedPath("dl\\", name), "dl\\" + name);
     EXPECT_EQ(ContainedPath("", "file"), "file");
     EXPECT_EQ(support::ErrorLogText(), "");
-    const std::string refused[] = {"",
-                                   "..",
-                                   ".",
-                                   "..\\x",
-                                   "a\\..\\x",
-                                   "a/../../x",
-                                   "a\\.\\x",
-                                   "\\x",
-                                   "/x",
-                                   "\\\\host\\share\\x",
-                                   "C:x",
-                                   "C:\\x",
-                                   "x:stream",
-                                   "a\\",
-                                   "dir.\\x",
-                                   "x.",
-                                   "x ",
-                                   "x...",
-                                   ".. \\x",
-                                   "a\nb",
-                                   "a\x7F",
-                                   std::string("a\0b", 3),
-                                   std::string(201, 'n'),
-                                   "link\\x",
-                                   "Link",
-                                   "dangling"};
-    for (const std::string& name : refused) {
-        support::ClearErrorLog();
-        EXPECT_EQ(ContainedPath("dl\\", name), "") << name;
-        const std::string log = support::ErrorLogText();
-        EXPECT_EQ(log.find("Bad: file name refused: \""), 0U) << name;
-        EXPECT_EQ(log.find('\n'), log.size() - 1) << name;
-    }
+    ExpectRefused("dl\\",
+                  {"", ".", "..", "..\\x", "a\\..\\x", "a/../../x", "a\\.\\x", "\\x", "/x", "\\\\host\\share\\x"});
+    ExpectRefused("dl\\",
+                  {"C:x", "C:\\x", "x:stream", "a\\", "dir.\\x", "x.", "x ", "x...", ".. \\x", "a\nb", "a\x7F"});
+    ExpectRefused("dl\\", {std::string("a\0b", 3), std::string(201, 'n'), "link\\x", "Link", "dangling"});
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
-// The life of the foundation: hardware check, start, frames, loss and end.
+// The life of the foundation on the scripted device: hardware check, start, frames, loss and end.
 
 #include <gtest/gtest.h>
+
+#include <cstdlib>
 
 #include "graphics/device/DXGState.h"
 #include "support/ScriptedFoundation.h"
@@ -8,16 +10,369 @@
 
 namespace {
 
-TEST(Device, StartsAndStops) {
+using platform::DeviceResult;
+using platform::PixelFormat;
+
+// What stands in a log after the system report.
+std::string DeviceReport() {
+    const std::string text = support::LogText("_stat.txt");
+    const std::size_t start = text.find("Video card");
+    return start == std::string::npos ? "" : text.substr(start);
+}
+
+struct Device : testing::Test {
     support::TestFolder folder;
-    support::ScriptedFoundation foundation;
+    support::ScriptedFoundation foundation{false};
+    platform::DeviceScript& script = foundation.scripted.script;
+    ~Device() override { EXPECT_TRUE(foundation.scripted.faults.empty()) << foundation.scripted.faults.front(); }
+};
+
+TEST_F(Device, HardwareCheckReportsACapableCard) {
+    unsigned processing = 9;
+    bool noGraphics = true;
+    std::string warning;
+    script.capabilities.vertexShaderMajor = 3;
+    script.capabilities.volumePowerOfTwoOnly = true;
+    EXPECT_FALSE(DXG::CheckHardware(processing, warning, noGraphics));
+    EXPECT_FALSE(noGraphics);
+    EXPECT_EQ(processing, 2U);
+    EXPECT_EQ(DXG::VertexShaderMajor(), 3U);
+    EXPECT_TRUE(DXG::HasVolumeTextures());
+    EXPECT_EQ(DeviceReport(),
+              "Video card: Scripted card\nHardware TnL support detected.\nHardware PS version: 2\n"
+              "Hardware VS version: 3\nCube Maps supported.\nMax texture dimesnions: 4096 x 2048\n"
+              "3D textures supported.\n  -MUST be power of 2 dimensions\n"
+              "  -max 3D texture dimensions: 512 x 512 x 512\nMax vertex stearms supported: 16\n"
+              "Max silmutaneous render targets: 4\n\n");
+}
+
+TEST_F(Device, HardwareCheckReportsAPoorCard) {
+    unsigned processing = 9;
+    bool noGraphics = false;
+    std::string warning;
+    script.capabilities = platform::DeviceCapabilities();
+    EXPECT_FALSE(DXG::CheckHardware(processing, warning, noGraphics));
+    EXPECT_EQ(processing, 0U);
+    EXPECT_FALSE(DXG::HasPixelShaders());
+    EXPECT_FALSE(DXG::HasVolumeTextures());
+    EXPECT_EQ(DeviceReport(),
+              "Video card: Scripted card\nVideo card does NOT support Hardware TnL.\n"
+              "Video card does NOT support pixel shaders.\n"
+              "Video card does NOT support vertex shaders... will use software vertex processing\n"
+              "Cube maps NOT supported.\nMax texture dimesnions: 0 x 0\n3D textures NOT supported.\n"
+              "Max vertex stearms supported: 1 (ancient driver too!)\n"
+              "Device DOES NOT support vertex declarations (have to use software vertex processing now).\n"
+              "Max silmutaneous render targets: 0\n\n");
+}
+
+TEST_F(Device, HardwareCheckWithoutAnswers) {
+    unsigned processing = 1;
+    bool noGraphics = false;
+    std::string warning;
+    script.hasCapabilities = false;
+    EXPECT_FALSE(DXG::CheckHardware(processing, warning, noGraphics));
+    EXPECT_EQ(support::ErrorLogText(), "Could not retrieve graphics device capabilities\n");
+    script.hasInterface = false;
+    EXPECT_TRUE(DXG::CheckHardware(processing, warning, noGraphics));
+    EXPECT_TRUE(noGraphics);
+    EXPECT_TRUE(warning.starts_with("DirectX9.0c or greater is required to run this program.\n"));
+    EXPECT_TRUE(warning.ends_with("\n\n"));
+}
+
+TEST_F(Device, OldDriversAreKnownForTwoVendors) {
+    struct Row {
+        std::uint32_t vendor, high, low;
+        bool old;
+    };
+    const Row rows[] = {
+        {0x1002, 0x0006000D, 0xFFFFFFFF, true},
+        {0x1002, 0x0006000E, 0x000A19C6, true},
+        {0x1002, 0x0006000E, 0x000A19C7, false},
+        {0x10DE, 0x0006000E, 0x000A19C7, true},
+        {0x10DE, 0x0006000E, 0x000A1E61, false},
+        {0x10DE, 0x0006000F, 0, false},
+        {0x8086, 0, 0, false},
+    };
+    for (const Row& row : rows) {
+        script.identity.vendorId = row.vendor;
+        script.identity.driverVersionHigh = row.high;
+        script.identity.driverVersionLow = row.low;
+        unsigned processing = 0;
+        bool noGraphics = false;
+        std::string warning;
+        EXPECT_EQ(DXG::CheckHardware(processing, warning, noGraphics), row.old) << row.vendor << " " << row.low;
+        EXPECT_EQ(warning.starts_with("It has been detected that you may be using an older driver"), row.old);
+    }
+}
+
+TEST_F(Device, FormatsFallBackInTheirOrder) {
+    using enum PixelFormat;
+    const std::string noDisplay =
+        "No valid display formats available\nProbably going to die... but never give up!  I'll just try a common 32 "
+        "bit format anyways.\n";
+    const std::string noStencil =
+        "Warning: Couldn't find compatible stencil buffer format... reverting to plain depth buffer formats.\n";
+    const std::string noDepth =
+        "No valid z buffer formats available\nThis is bad... but never give up! I'll just pick somethething and try it "
+        "anyways.\n";
+    const std::string oddDesktop =
+        "Windows desktop should be set to either 16 or 32 bit color to run in windowed mode... but will try it "
+        "anyways...\n";
+    struct Row {
+        const char* name;
+        unsigned desktop;
+        bool fullscreen, colour32, stencil;
+        std::vector<PixelFormat> displays, depths;
+        PixelFormat display, depth;
+        std::string errors;
+    };
+    const Row rows[] = {
+        {"deep", 32, false, false, false, {A2R10G10B10, X8R8G8B8, R5G6B5}, {D24X8, D16}, A2R10G10B10, D24X8, ""},
+        {"common", 32, false, true, true, {X8R8G8B8, R5G6B5}, {D24S8, D15S1, D32}, X8R8G8B8, D24S8, ""},
+        {"desktop of 16 bits wins", 16, false, true, true, {X8R8G8B8, X1R5G5B5}, {D15S1}, X1R5G5B5, D15S1, ""},
+        {"fullscreen keeps the wish", 16, true, true, false, {X8R8G8B8}, {D32, D24S8}, X8R8G8B8, D32, ""},
+        {"nothing", 24, false, true, true, {}, {}, X8R8G8B8, D16, oddDesktop + noDisplay + noStencil + noDepth},
+        {"no stencil", 32, false, true, true, {X8R8G8B8}, {D16}, X8R8G8B8, D16, noStencil},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        support::ClearErrorLog();
+        script.desktopBits = row.desktop;
+        script.displayFormats = row.displays;
+        script.depthFormats = row.depths;
+        foundation.setup.fullscreen = row.fullscreen;
+        foundation.setup.colour32 = row.colour32;
+        foundation.setup.stencil = row.stencil;
+        ASSERT_TRUE(foundation.Start());
+        EXPECT_EQ(foundation.scripted.lastParameters.backBufferFormat, row.display);
+        EXPECT_EQ(foundation.scripted.lastParameters.depthFormat, row.depth);
+        EXPECT_EQ(DXG::GetSetup().stencil, row.stencil && (row.depth == D24S8 || row.depth == D15S1));
+        EXPECT_EQ(DXG::Uses32BitColour(), row.fullscreen ? row.colour32 : row.desktop == 32);
+        EXPECT_EQ(support::ErrorLogText(), row.errors);
+        foundation.Stop();
+    }
+}
+
+TEST_F(Device, DisplayFormatOfAnEarlierStartIsTheFallback) {
+    script.desktopBits = 16;
+    ASSERT_TRUE(foundation.Start());
+    DXG::Shutdown();
+    script.displayFormats.clear();
+    ASSERT_TRUE(foundation.Start());
+    EXPECT_EQ(foundation.scripted.lastParameters.backBufferFormat, PixelFormat::R5G6B5);
+    EXPECT_EQ(support::ErrorLogText(), "");
+}
+
+TEST_F(Device, CreationIsTriedThreeTimes) {
+    const std::string again = "CreateDevice failed... trying again in case the API fixed a parameter...";
+    const std::string bad = again + "bad.\nFailed to create D3D device:\n";
+    const DeviceResult no = DeviceResult::Failed;
+    const std::pair<std::deque<DeviceResult>, std::string> rows[] = {
+        {{no}, again},
+        {{no, no}, again + " good.\n"},
+        {{no, no, DeviceResult::InvalidCall}, bad + "  -bad parameters\n"},
+        {{no, no, DeviceResult::NotAvailable}, bad + "  -device doesn't support requested features\n"},
+        {{no, no, DeviceResult::OutOfVideoMemory}, bad + "  -device doesn't have enough video memory free\n"},
+        {{no, no, no}, bad},
+    };
+    foundation.setup.stencil = true;
+    for (const auto& [answers, errors] : rows) {
+        support::ClearErrorLog();
+        foundation.scripted.ForgetCalls();
+        script.createDevice = answers;
+        const bool third = answers.size() >= 2;
+        EXPECT_EQ(foundation.Start(), answers.size() < 3);
+        EXPECT_EQ(support::ErrorLogText(), errors);
+        EXPECT_EQ(foundation.scripted.CallsNamed("CreateDevice").size(), third ? 3U : 2U);
+        EXPECT_EQ(foundation.scripted.lastParameters.depthFormat, third ? PixelFormat::D16 : PixelFormat::D24S8);
+        EXPECT_EQ(DXG::GetSetup().stencil, !third);
+        EXPECT_EQ(DXG::HasFailed(), answers.size() == 3);
+        foundation.Stop();
+    }
+}
+
+TEST_F(Device, StartIsRefusedAndThenSilent) {
+    EXPECT_FALSE(DXG::Init(nullptr, &foundation.setup));
+    EXPECT_FALSE(foundation.Start());
+    EXPECT_EQ(support::ErrorLogText(), "Null window passed to DXG::Init\n");
+    EXPECT_TRUE(DXG::HasFailed());
+    DXG::ForgetFailure();
+    EXPECT_FALSE(DXG::Init(&foundation.window, nullptr));
+    DXG::ForgetFailure();
+    (void)DXG::GetSetup();
+    EXPECT_TRUE(foundation.Start());
+    EXPECT_FALSE(foundation.Start());
     EXPECT_TRUE(DXG::IsInitialized());
-    EXPECT_TRUE(DXG::BeginFrame(0.1F, true, true));
+    EXPECT_EQ(support::ErrorLogText(),
+              "Null window passed to DXG::Init\nDXG::Init failed:\n  -Invalid pointer passed for Setup struct.\n"
+              "Warning: GetSetup used, and setup is not valid.\nAttempt to call DXG::Init while already ready\n");
+}
+
+TEST_F(Device, ReportsItsStartAndItsEnd) {
+    foundation.setup.tripleBuffer = true;
+    script.occlusionQueries = false;
+    ASSERT_TRUE(foundation.Start());
+    EXPECT_NE(DeviceReport().find("Using Vertex Shader version: vs_2_0\nUsing Pixel Shader version: ps_2_0\n"
+                                  "Initial free texture memory(vid mem + agp mem): 256MB.\n"
+                                  "Device does NOT support Occlusion Queries.\n\n"),
+              std::string::npos);
+    script.freeTextureMemory = 200ULL << 20;
+    DXG::FreeTextureMemory();
+    script.freeTextureMemory = 250ULL << 20;
+    DXG::FreeTextureMemory();
+    for (int frame = 0; frame < 5; ++frame) {
+        ASSERT_TRUE(DXG::BeginFrame(0.3F, frame != 2, true));
+        DXG::EndFrame0();
+        DXG::EndFrame1();
+    }
+    support::ClearLog("_stat.txt");
+    foundation.Stop();
+    // 56 MB went, and three buffers of 800 x 600 x 4 bytes and 512 KiB make 5.99 MB. Four frames were counted in 1.2 s.
+    EXPECT_EQ(support::LogText("_stat.txt"),
+              "Approximate max video memory used: 61MB\n\n"
+              "Average framerate (over 1 seconds): 3 frames/second\n\n");
+    EXPECT_EQ(foundation.scripted.CallsNamed("Present").size(), 5U);
+}
+
+TEST_F(Device, FrameCallsInTheWrongOrderAreReported) {
+    EXPECT_FALSE(DXG::BeginFrame(0.1F, true, true));
     DXG::EndFrame0();
     DXG::EndFrame1();
+    EXPECT_EQ(DXG::GetDevice(), nullptr);
+    std::string expected;
+    for (const char* name : {"BeginFrame", "EndFrame0", "EndFrame1", "GetDevice"})
+        expected += std::string("Error: DXG::") + name +
+                    " used when graphics foundation is not initialized.\n  -call made from:\n\n";
+    EXPECT_EQ(support::ErrorLogWithoutStacks(), expected);
+    ASSERT_TRUE(foundation.Start());
+    support::ClearErrorLog();
+    DXG::EndFrame0();
+    EXPECT_TRUE(DXG::BeginFrame(0.1F, true, true));
+    EXPECT_FALSE(DXG::BeginFrame(0.1F, true, true));
+    EXPECT_EQ(support::ErrorLogWithoutStacks(),
+              "EndFrame should not be called if BeginFrame was not successfully called before.\n"
+              "Error: Previous BeginFrame call was not matched with an EndFrame call\n  -2nd call made from:\n\n");
+}
+
+int released = 0;
+int restored = 0;
+
+TEST_F(Device, ALostDeviceComesBack) {
+    static const bool registered =
+        (DXG::AddReleaseHook([] { ++released; }), DXG::AddRestoreHook([] { ++restored; }), true);
+    ASSERT_TRUE(registered && foundation.Start());
+    released = restored = 0;
+    foundation.scripted.device->ProvokeLoss(2);
+    EXPECT_FALSE(DXG::BeginFrame(0.1F, true, true));
+    EXPECT_TRUE(DXG::IsDeviceLost());
+    foundation.scripted.ForgetCalls();
+    DXG::Clear(0, true, true, false, 0);
+    EXPECT_FALSE(DXG::BeginFrame(0.1F, true, true));
+    EXPECT_TRUE(foundation.scripted.calls.empty()) << "nothing is drawn on a lost device";
+    EXPECT_TRUE(DXG::BeginFrame(0.1F, true, true)) << "the reset frame";
+    EXPECT_EQ(released, 1);
+    EXPECT_EQ(restored, 1);
+    EXPECT_FALSE(DXG::IsDeviceLost());
+    EXPECT_TRUE(foundation.scripted.Called("SetRenderState AlphaFunction 3")) << "default states";
+    DXG::EndFrame0();
     foundation.Stop();
-    EXPECT_EQ(support::ErrorLogText(), "");
-    EXPECT_TRUE(foundation.scripted.faults.empty());
+    EXPECT_EQ(support::LogText("_stat.txt").find("Average framerate"), std::string::npos) << "it is not counted";
+}
+
+TEST_F(Device, ResetsFailInThreeWays) {
+    struct Row {
+        DeviceResult reset, scene;
+        bool allowReset, failed;
+        const char* error;
+    };
+    const Row rows[] = {
+        {DeviceResult::DriverInternalError, DeviceResult::Ok, true, true, "Internal graphics driver error occured\n"},
+        {DeviceResult::OutOfVideoMemory, DeviceResult::Ok, true, true, "Graphics device out of memory\n"},
+        {DeviceResult::DeviceLost, DeviceResult::Ok, true, false, ""},
+        {DeviceResult::Ok, DeviceResult::Failed, true, false, ""},
+        {DeviceResult::Ok, DeviceResult::Ok, false, false, ""},
+    };
+    for (const Row& row : rows) {
+        ASSERT_TRUE(foundation.Start());
+        support::ClearErrorLog();
+        script.cooperativeLevel = {DeviceResult::DeviceNotReset};
+        script.reset = {row.reset};
+        script.beginScene = {row.scene};
+        EXPECT_FALSE(DXG::BeginFrame(0.1F, true, row.allowReset));
+        EXPECT_TRUE(DXG::IsDeviceLost());
+        EXPECT_EQ(DXG::HasFailed(), row.failed);
+        EXPECT_EQ(support::ErrorLogText(), row.error);
+        script.beginScene.clear();
+        foundation.scripted.ForgetCalls();
+        EXPECT_TRUE(DXG::BeginFrame(0.1F, true, true)) << "the device is fine by itself";
+        EXPECT_FALSE(DXG::IsDeviceLost());
+        EXPECT_EQ(foundation.scripted.Called("SetRenderState AlphaFunction 3"), row.scene == DeviceResult::Failed)
+            << "states that a reset took away come back with the next frame";
+        foundation.Stop();
+    }
+}
+
+TEST_F(Device, AForgottenFoundationIsShutDownAtExit) {
+    EXPECT_EXIT(
+        {
+            foundation.Start();
+            std::exit(0);
+        },
+        testing::ExitedWithCode(0), "");
+    EXPECT_EQ(support::ErrorLogText(),
+              "Warning: Graphics foundation never shut down\n -Attempting automatic shutdown... OK\n");
+}
+
+TEST_F(Device, StatesTranslateBothWays) {
+    foundation.setup.stencil = true;
+    ASSERT_TRUE(foundation.Start());
+    platform::ScriptedDevice& device = *foundation.scripted.device;
+    for (unsigned state = DXG::depthTest; state <= DXG::twoSidedStencil; ++state)
+        for (const bool on : {true, false}) {
+            DXG::SetState(state, on);
+            EXPECT_EQ(DXG::GetState(state), on) << state;
+        }
+    device.SetRenderState(platform::RenderState::DepthTest, static_cast<unsigned>(platform::DepthMode::UseW));
+    EXPECT_FALSE(DXG::GetState(DXG::depthTest));
+    device.SetRenderState(platform::RenderState::ColourWrite, 7);
+    EXPECT_FALSE(DXG::GetState(DXG::colourWrite));
+    for (const auto& [mode, readBack] : {std::pair{0U, 0U}, {1U, 1U}, {2U, 2U}, {7U, 2U}}) {
+        DXG::SetCullMode(mode);
+        EXPECT_EQ(DXG::GetCullMode(), readBack);
+    }
+    device.SetRenderState(platform::RenderState::Cull, 99);
+    EXPECT_EQ(DXG::GetCullMode(), 1U);
+    DXG::SetAlphaReference(0.999F);
+    DXG::SetBlend(9, 77);
+    foundation.scripted.script.hasStencil = true;
+    DXG::Clear(0xFF102030U, true, false, true, 5);
+    EXPECT_TRUE(foundation.scripted.Called("SetRenderState AlphaReference 254"));
+    EXPECT_TRUE(foundation.scripted.Called("SetRenderState BlendSource 9"));
+    EXPECT_TRUE(foundation.scripted.Called("SetRenderState BlendDestination 10"));
+    EXPECT_TRUE(foundation.scripted.Called("Clear 1 0 1 4279246896 1 5"));
+    foundation.scripted.script.hasStencil = false;
+    DXG::Clear(0, false, true, true, 5);
+    EXPECT_TRUE(foundation.scripted.Called("Clear 0 1 0 0 1 5"));
+}
+
+TEST_F(Device, Maps2DPixelsToTheViewport) {
+    ASSERT_TRUE(foundation.Start());
+    DXG::Set2D(40, 300, 700, 250);
+    const Mat4 p = DXG::GetProjection();
+    const auto at = [&p](float x, float y, int column) { return x * p(0, column) + y * p(1, column) + p(3, column); };
+    EXPECT_FLOAT_EQ(at(40, 300, 0), -1);
+    EXPECT_FLOAT_EQ(at(740, 550, 0), 1);
+    EXPECT_FLOAT_EQ(at(40, 300, 1), 1);
+    EXPECT_FLOAT_EQ(at(740, 550, 1), -1);
+    EXPECT_EQ(p(2, 2), -1);
+    int x = 0, y = 0, width = 0, height = 0;
+    DXG::GetViewport(x, y, width, height);
+    EXPECT_EQ((std::array{x, y, width, height}), (std::array{40, 300, 700, 250}));
+    Mat4 world = Identity();
+    world(0, 3) = 5;  // a translation on column vectors lies in the fourth column
+    DXG::SetWorld(world);
+    EXPECT_EQ(foundation.scripted.device->GetTransform(platform::TransformKind::World)[12], 5);
+    EXPECT_EQ(DXG::GetWorld().m, world.m);
 }
 
 }  // namespace

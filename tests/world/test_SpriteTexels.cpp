@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <random>
+#include <tuple>
 #include <utility>
 
 #include "formats/Palette.h"
@@ -18,36 +19,24 @@ struct PlainTexels {
     static void Clamp(float place, int size, int& first, float& weight) {
         first = static_cast<int>(std::floor(place));
         weight = 1.0F - std::fmod(place, 1.0F);
-        if (first > size - 2) {
-            first = size - 2;
-            weight = 1.0F;
-        }
-        if (first < 0) {
-            first = 0;
-            weight = 0.0F;
-        }
+        if (first > size - 2) std::tie(first, weight) = std::pair(size - 2, 1.0F);
+        if (first < 0) std::tie(first, weight) = std::pair(0, 0.0F);
     }
 
     [[nodiscard]] std::uint32_t At(unsigned x, unsigned y, bool wall, int index) const {
         const float u = static_cast<float>(x) / static_cast<float>(width);
         const float v = static_cast<float>(y) / static_cast<float>(height);
-        float su = 0;
-        float sv = 0;
+        float su = 0, sv = 0;
         if (wall)
             WallTexelToSprite(u, v, su, sv, index);
         else
             FloorTexelToSprite(u, v, su, sv);
-        int ix = 0;
-        int iy = 0;
-        float wx = 0;
-        float wy = 0;
+        int ix = 0, iy = 0;
+        float wx = 0, wy = 0;
         Clamp(su * static_cast<float>(sprite.Width()) - 0.5F, static_cast<int>(sprite.Width()), ix, wx);
         Clamp(sv * static_cast<float>(sprite.Height()) - 0.5F, static_cast<int>(sprite.Height()), iy, wy);
         const float weights[4] = {wy * wx, wy * (1 - wx), (1 - wy) * wx, (1 - wy) * (1 - wx)};
-        float red = 0;
-        float green = 0;
-        float blue = 0;
-        float total = 0;
+        float red = 0, green = 0, blue = 0, total = 0;
         std::uint8_t sample = 0;
         for (int i = 0; i < 4; ++i) {
             sample = sprite.rows[static_cast<std::size_t>(iy + i / 2)][static_cast<std::size_t>(ix + i % 2)];
@@ -70,26 +59,20 @@ SpriteImage Filled(unsigned width, unsigned height, std::uint8_t index, std::uin
 }
 
 TEST(SpriteTexels, MappingsMeetTheirCorners) {
-    struct Row {
-        bool wall;
-        int index;
-        float u, v, su, sv;
+    float su = 0;
+    float sv = 0;
+    const auto expect = [&](float expectedU, float expectedV) {
+        EXPECT_NEAR(su, expectedU, 1e-6F);
+        EXPECT_NEAR(sv, expectedV, 1e-6F);
     };
-    const Row rows[] = {
-        {false, 0, 0, 0, 0.5F, 0.012195F}, {false, 0, 0.5F, 0.5F, 0.5F, 0.5F}, {false, 0, 1, 0, 0.987805F, 0.5F},
-        {false, 0, 0, 1, 0.012195F, 0.5F}, {true, 1, 0, 0, 0, -0.10F},         {true, 2, 0, 0, 0, 0.14F},
-        {true, 1, 1, 1, 0.5F, 1.025F},     {true, 2, 1, 1, 0.5F, 0.815F},
-    };
-    for (const Row& row : rows) {
-        float su = 0;
-        float sv = 0;
-        if (row.wall)
-            WallTexelToSprite(row.u, row.v, su, sv, row.index);
-        else
-            FloorTexelToSprite(row.u, row.v, su, sv);
-        EXPECT_NEAR(su, row.su, 1e-6F) << row.wall << " " << row.u << " " << row.v;
-        EXPECT_NEAR(sv, row.sv, 1e-6F) << row.wall << " " << row.u << " " << row.v;
-    }
+    FloorTexelToSprite(0, 0, su, sv);
+    expect(0.5F, 0.012195F);
+    FloorTexelToSprite(1, 0, su, sv);
+    expect(0.987805F, 0.5F);
+    WallTexelToSprite(0, 0, su, sv, 1);
+    expect(0, -0.10F);
+    WallTexelToSprite(1, 1, su, sv, 2);
+    expect(0.5F, 0.815F);
 }
 
 // Random sprites of several sizes in random order, so that kept mappings are found again and thrown out.
@@ -117,31 +100,23 @@ TEST(SpriteTexels, EveryTexelIsThatOfThePlainFormula) {
     }
 }
 
-TEST(SpriteTexels, FlatSpritesKeepTheirColourExactly) {
+TEST(SpriteTexels, SpritesOfOneColour) {
     currentPalette[5] = {0, 255, 0, 1};
-    for (unsigned size = 2; size < 256; size += 23) {
-        const SpriteImage sprite = Filled(size, 257 - size, 5, 0);
-        std::vector<std::uint32_t> texels;
-        ASSERT_TRUE(FloorTexels(sprite, 64, 64, texels));
-        for (const std::uint32_t texel : texels)
-            ASSERT_EQ(texel, 0xFFFF0001U) << size;
-        ASSERT_TRUE(WallTexels(sprite, 3, 64, 128, texels));
-        for (const std::uint32_t texel : texels)
-            ASSERT_EQ(texel, 0xFFFF0001U) << size;
-    }
-}
-
-TEST(SpriteTexels, KeyPixels) {
     std::vector<std::uint32_t> texels;
+    for (unsigned size = 2; size < 256; size += 23) {
+        ASSERT_TRUE(FloorTexels(Filled(size, 257 - size, 5, 0), 64, 64, texels));
+        EXPECT_EQ(texels, std::vector<std::uint32_t>(64 * 64, 0xFFFF0001U)) << size;
+        ASSERT_TRUE(WallTexels(Filled(size, 257 - size, 5, 0), 3, 64, 128, texels));
+        EXPECT_EQ(texels, std::vector<std::uint32_t>(64 * 128, 0xFFFF0001U)) << size;
+    }
     // All key: an opaque black floor, a wall that is not there.
     ASSERT_TRUE(FloorTexels(Filled(20, 20, 5, 5), 4, 4, texels));
     EXPECT_EQ(texels, std::vector<std::uint32_t>(16, 0xFF000000U));
     ASSERT_TRUE(WallTexels(Filled(20, 20, 5, 5), 1, 4, 4, texels));
     EXPECT_EQ(texels, std::vector<std::uint32_t>(16, 0U));
     // Too small for four samples.
-    EXPECT_FALSE(FloorTexels(Filled(1, 40, 5, 0), 4, 4, texels));
-    EXPECT_FALSE(WallTexels(Filled(40, 1, 5, 0), 1, 4, 4, texels));
-    EXPECT_FALSE(WallTexels(SpriteImage(), 1, 4, 4, texels));
+    EXPECT_FALSE(FloorTexels(Filled(1, 40, 5, 0), 4, 4, texels) || WallTexels(Filled(40, 1, 5, 0), 1, 4, 4, texels) ||
+                 WallTexels(SpriteImage(), 1, 4, 4, texels));
 }
 
 // Edge pixels (206) with two key neighbours go, and in reading order each one that goes uncovers the next. 207 has

@@ -292,7 +292,7 @@ void ForgetFailure() {
 bool BeginFrame(float seconds, bool countFrame, bool allowReset) {
     Foundation& state = TheFoundation();
     if (!state.initialized) {
-        ReportNotInitialized("DXG::BeginFrame", "  -call made from:\n", true);
+        ReportMisuse(NotInitializedMessage("DXG::BeginFrame"));
         return false;
     }
     if (state.inFrame) {
@@ -317,7 +317,7 @@ bool BeginFrame(float seconds, bool countFrame, bool allowReset) {
 
 void EndFrame0() {
     Foundation& state = TheFoundation();
-    if (!state.initialized) return ReportNotInitialized("DXG::EndFrame0", "  -call made from:\n", true);
+    if (!state.initialized) return ReportMisuse(NotInitializedMessage("DXG::EndFrame0"));
     if (!state.inFrame) {
         errorLog.Write("EndFrame should not be called if BeginFrame was not successfully called before.\n");
         return;
@@ -328,7 +328,7 @@ void EndFrame0() {
 
 void EndFrame1() {
     Foundation& state = TheFoundation();
-    if (!state.initialized) return ReportNotInitialized("DXG::EndFrame1", "  -call made from:\n", true);
+    if (!state.initialized) return ReportMisuse(NotInitializedMessage("DXG::EndFrame1"));
     state.device->Present();
 }
 
@@ -343,7 +343,7 @@ bool IsDeviceLost() {
 }
 
 platform::GraphicsDevice* GetDevice() {
-    if (!TheFoundation().initialized) ReportNotInitialized("DXG::GetDevice", "  -call made from:\n", true);
+    if (!TheFoundation().initialized) ReportMisuse(NotInitializedMessage("DXG::GetDevice"));
     return DeviceOrNull();
 }
 
@@ -385,7 +385,7 @@ void AddTeardownHook(void (*hook)()) {
 std::uint64_t FreeTextureMemory() {
     Foundation& state = TheFoundation();
     if (!state.initialized) {
-        ReportNotInitialized("DXG::FreeTextureMemory", "  -call made from:\n", true);
+        ReportMisuse(NotInitializedMessage("DXG::FreeTextureMemory"));
         return 0;
     }
     const std::uint64_t bytes = state.device->FreeTextureMemory();
@@ -398,9 +398,8 @@ CriticalSection& GraphicsLock() {
     return *lock;
 }
 
-void ReportNotInitialized(const char* operation, const char* header, bool fromCaller) {
-    WriteReport(errorLog, std::string("Error: ") + operation + " used when graphics foundation is not initialized.\n",
-                header, fromCaller);
+std::string NotInitializedMessage(const char* operation) {
+    return std::string("Error: ") + operation + " used when graphics foundation is not initialized.\n";
 }
 
 }  // namespace DXG

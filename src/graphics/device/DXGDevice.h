@@ -74,8 +74,7 @@ std::uint64_t FreeTextureMemory();
 // first, then the texture registry's, then the network lock; never taken under a lock of the session.
 CriticalSection& GraphicsLock();
 
-// "Error: NAME used when graphics foundation is not initialized.\n" with `header` and the call stack, which begins at
-// the function that reports when `fromCaller` is set.
-void ReportNotInitialized(const char* operation, const char* header, bool fromCaller);
+// "Error: NAME used when graphics foundation is not initialized.\n", for the caller's own report.
+std::string NotInitializedMessage(const char* operation);
 
 }  // namespace DXG

@@ -39,13 +39,13 @@ void ReportVertexWork(const platform::DeviceCapabilities& card, unsigned& vertex
     vertexProcessing = card.hardwareTransform ? 1 : 0;
     statLog.Write(card.hardwareTransform ? "Hardware TnL support detected.\n"
                                          : "Video card does NOT support Hardware TnL.\n");
-    if (card.pixelShaderMajor > 0) {
+    found.pixelShaders = card.pixelShaderMajor > 0;
+    if (found.pixelShaders) {
         statLog.Write("Hardware PS version: ");
         WriteNumber(card.pixelShaderMajor);
         statLog.Write("\n");
     } else {
         statLog.Write("Video card does NOT support pixel shaders.\n");
-        found.pixelShaders = false;
     }
     found.vertexShaderMajor = card.vertexShaderMajor;
     if (card.vertexShaderMajor > 0) {

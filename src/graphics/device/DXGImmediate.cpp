@@ -144,7 +144,7 @@ void IMEnd() {
     mode.inBlock = false;
     const unsigned count = PrimitivesIn(mode.vertices.size(), mode.primitiveType);
     platform::GraphicsDevice* device = DeviceOrNull();
-    if (!device) return ReportNotInitialized("DXG::IMEnd", "  -call made from:\n", true);
+    if (!device) return ReportMisuse(NotInitializedMessage("DXG::IMEnd"));
     platform::VertexLayout* declaration = count > 0 ? DeclarationOf(DrawnFormat()) : nullptr;
     if (!declaration) return;
     device->SetVertexLayout(declaration);

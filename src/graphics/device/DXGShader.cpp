@@ -187,7 +187,7 @@ bool Shader::Load(const std::string& vertexBase, const std::string& fragmentBase
     const ScopedLock held(DXG::GraphicsLock());
     SRFree();
     if (!DXG::DeviceOrNull()) {
-        DXG::ReportNotInitialized("G::Shader::Load", "  -call made from:\n", true);
+        ReportMisuse(DXG::NotInitializedMessage("G::Shader::Load"));
         return false;
     }
     static const bool registered = (DXG::AddTeardownHook(DropAllObjects), true);

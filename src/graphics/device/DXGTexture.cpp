@@ -180,7 +180,7 @@ TextureRecord& Texture::Adopt(std::unique_ptr<platform::DeviceTexture> object, c
 }
 
 bool Texture::Create(unsigned width, unsigned height, TextureType type, unsigned depth, bool mipmaps) {
-    if (!IsInitialized()) ReportNotInitialized("DXG::Texture::Create", "  -call stack:\n", false);
+    if (!IsInitialized()) ReportWithStack(NotInitializedMessage("DXG::Texture::Create"));
     const TextureScope held;
     SRFree();
     if (!std::has_single_bit(width) || !std::has_single_bit(height) || !std::has_single_bit(depth)) {

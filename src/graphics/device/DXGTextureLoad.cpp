@@ -26,6 +26,7 @@ using platform::DeviceResult;
 using platform::PixelFormat;
 
 constexpr std::uint32_t opaqueBlack = 0xFF000000U;
+constexpr std::size_t mostLayers = 2048;  // the deepest volume of the cards known; a list of more is not worth reading
 
 struct ImageDescription {
     std::uint32_t width = 0;
@@ -152,27 +153,27 @@ bool LoadLayers(const std::string& fileName, const std::vector<std::string>& nam
 }  // namespace
 
 bool Texture::Load(const std::string& fileName, TextureType type, bool mipmaps, bool smooth) {
-    if (!IsInitialized()) ReportNotInitialized("DXG::Texture::Load", "  -call stack:\n", false);
+    if (!IsInitialized()) ReportWithStack(NotInitializedMessage("DXG::Texture::Load"));
     return LoadAny({fileName, false, type, mipmaps, smooth});
 }
 
 bool Texture::LoadCC(const std::string& fileName) {
-    if (!IsInitialized()) ReportNotInitialized("DXG::Texture::LoadCC", "  -call stack:\n", false);
+    if (!IsInitialized()) ReportWithStack(NotInitializedMessage("DXG::Texture::LoadCC"));
     return LoadAny({fileName, true, TextureType::AsFile, false, false});
 }
 
 bool Texture::LoadAny(const LoadRequest& request) {
     const TextureScope held;
-    if (Record() && EqualsIgnoringCase(Record()->fileName, request.fileName)) return true;
+    const auto matches = [&](const TextureRecord& known) {
+        return known.api.object && !known.fileName.empty() && EqualsIgnoringCase(known.fileName, request.fileName);
+    };
+    if (Record() && matches(*Record())) return true;
     SRFree();
     if (request.type == TextureType::Free) {
         ReportWithStack("Error: attempt to load texture of type FREE\n");
         return false;
     }
-    TextureRecord* known = FindRecord([&](const TextureRecord& record) {
-        return !record.fileName.empty() && record.api.object && EqualsIgnoringCase(record.fileName, request.fileName);
-    });
-    if (known) {
+    if (TextureRecord* known = FindRecord(matches)) {
         ShareRecord(known);
         return true;
     }
@@ -233,9 +234,10 @@ bool Texture::LoadVolume(const LoadRequest& request) {
         return false;
     }
     const std::vector<std::string> names = SplitTokens(ReadWholeFile(fileName, false), " \t\r\n\v\f");
-    if (names.empty()) {
+    if (names.empty() || names.size() > mostLayers) {
         // A list that cannot be read lists nothing either.
-        ReportWithStack("There was a problem loading 3D texture file: " + fileName + "\n" + "  -no textures listed?\n");
+        const char* reason = names.empty() ? "  -no textures listed?\n" : "";
+        ReportWithStack("There was a problem loading 3D texture file: " + fileName + "\n" + reason);
         return false;
     }
     std::vector<std::unique_ptr<LoadedImage>> layers;

@@ -211,12 +211,11 @@ bool VertexBuffer::Create(unsigned count, const VertexFormat& format, unsigned s
     SRFree();
     platform::GraphicsDevice* device = DeviceOrNull();
     if (!device) {
-        ReportNotInitialized("DXG::VertexBuffer::Create", "  -call made from:\n", true);
+        ReportMisuse(NotInitializedMessage("DXG::VertexBuffer::Create"));
         return false;
     }
     platform::VertexLayout* declaration = DeclarationOf(format);
     if (!declaration) return false;
-    RegisterHooks(TheBuffers().vertexHooksRegistered, ReportVerticesLost, ReportVerticesRestored);
     std::unique_ptr<platform::DeviceBuffer> buffer;
     const platform::DeviceResult result =
         device->CreateVertexBuffer(std::size_t{count} * stride, dynamic, writeOnly, buffer);
@@ -225,6 +224,7 @@ bool VertexBuffer::Create(unsigned count, const VertexFormat& format, unsigned s
                     "\n  -call made from:\n", true);
         return false;
     }
+    RegisterHooks(TheBuffers().vertexHooksRegistered, ReportVerticesLost, ReportVerticesRestored);
     VertexBufferRecord& made = AllocateRecord();
     made.count = count;
     made.stride = stride;
@@ -291,10 +291,9 @@ bool IndexBuffer::Create(unsigned count, bool dynamic, bool writeOnly) {
     SRFree();
     platform::GraphicsDevice* device = DeviceOrNull();
     if (!device) {
-        ReportNotInitialized("DXG::IndexBuffer::Create", "  -call made from:\n", true);
+        ReportMisuse(NotInitializedMessage("DXG::IndexBuffer::Create"));
         return false;
     }
-    RegisterHooks(TheBuffers().indexHooksRegistered, ReportIndicesLost, ReportIndicesRestored);
     std::unique_ptr<platform::DeviceBuffer> buffer;
     if (device->CreateIndexBuffer(std::size_t{count} * indexBytes, dynamic, writeOnly, buffer) !=
             platform::DeviceResult::Ok ||
@@ -302,6 +301,7 @@ bool IndexBuffer::Create(unsigned count, bool dynamic, bool writeOnly) {
         WriteReport(errorLog, "Failed to create index buffer.\n  -call stack:\n", "", false);
         return false;
     }
+    RegisterHooks(TheBuffers().indexHooksRegistered, ReportIndicesLost, ReportIndicesRestored);
     IndexBufferRecord& made = AllocateRecord();
     made.count = count;
     made.dynamic = dynamic;

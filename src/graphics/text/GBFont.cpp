@@ -27,16 +27,16 @@ constexpr unsigned filterAnisotropic = 3;
 // The atlases of one life of the graphics foundation, from the first request to its shutdown.
 struct AtlasList {
     std::vector<std::shared_ptr<FontAtlas>> atlases;
-    bool hooked = false;
+    bool requested = false;
 };
 AtlasList& Atlases() {
-    static AtlasList list;
-    return list;
+    static auto* list = new AtlasList;  // never destroyed: the foundation may go down as late as the process ends
+    return *list;
 }
 
 void ReleaseAtlases() {
     AtlasList& list = Atlases();
-    if (!list.hooked) return;
+    if (!list.requested) return;
     statLog.Write("Font textures generated: ");
     statLog.Write(static_cast<int>(list.atlases.size()));
     statLog.Write("\n\n");
@@ -44,7 +44,15 @@ void ReleaseAtlases() {
     for (const auto& atlas : list.atlases)
         atlas->texture.Release();
     list.atlases.clear();
-    list.hooked = false;
+    list.requested = false;
+}
+
+void NoteRequest() {
+    if (!DXG::IsInitialized()) return;
+    static bool hooked = false;  // for the whole process, as the foundation keeps its hooks
+    if (!hooked) DXG::AddShutdownHook(&ReleaseAtlases);
+    hooked = true;
+    Atlases().requested = true;
 }
 
 // 16, 32 or 64: the power of two at or below one and a half times the size.
@@ -140,11 +148,7 @@ std::shared_ptr<FontAtlas> BuildAtlas(const std::string& faceName, float size, i
 }  // namespace
 
 std::shared_ptr<const FontAtlas> GetFont(const std::string& faceName, float size, bool centred) {
-    AtlasList& list = Atlases();
-    if (!list.hooked && DXG::IsInitialized()) {
-        list.hooked = true;
-        DXG::AddShutdownHook(&ReleaseAtlases);
-    }
+    NoteRequest();
     if (!(size >= smallestSize)) {
         WriteReport(errorLog, "Requested font size too small.  Must be at least 2.\n  call stack:\n", "", false);
         return nullptr;
@@ -156,6 +160,7 @@ std::shared_ptr<const FontAtlas> GetFont(const std::string& faceName, float size
     const std::string& face = faceName.empty() ? defaultFace : faceName;
     const int cell = CellSize(size);
     const int pixelHeight = PixelHeight(size, cell);
+    AtlasList& list = Atlases();
     for (const auto& atlas : list.atlases)
         if (atlas->pixelHeight == pixelHeight && atlas->faceName == face && atlas->centred == centred) return atlas;
 

@@ -22,25 +22,21 @@ constexpr std::size_t mostCharacters = 0x1000000;
 struct SharedParts {
     Shader* shader = nullptr;
     Text* freeText = nullptr;
-    bool hooked = false;
 };
-SharedParts& Shared() {
-    static SharedParts parts;
-    return parts;
-}
+SharedParts sharedParts;
 
 void ReleaseSharedParts() {
-    SharedParts& parts = Shared();
+    SharedParts& parts = sharedParts;
     if (parts.freeText) delete2(parts.freeText, "GBText", __LINE__);
     if (parts.shader) delete2(parts.shader, "GBText", __LINE__);
     parts = SharedParts();
 }
 
 SharedParts& HookedParts() {
-    SharedParts& parts = Shared();
-    if (!parts.hooked) DXG::AddShutdownHook(&ReleaseSharedParts);
-    parts.hooked = true;
-    return parts;
+    static bool hooked = false;  // for the whole process, as the foundation keeps its hooks
+    if (!hooked) DXG::AddShutdownHook(&ReleaseSharedParts);
+    hooked = true;
+    return sharedParts;
 }
 
 // Made on first use; one that does not load leaves the drawing to the fixed-function stages.
@@ -80,12 +76,11 @@ void Text::SetPosition(float newX, float newY) {
 
 void Text::SetSize(float newSize) {
     Change(size, newSize);
-    Change(fontSize, newSize);
 }
 
 void Text::SetFont(const std::string& newFace, float newSize, bool isCentred) {
     Change(faceName, newFace);
-    Change(fontSize, newSize);
+    Change(size, newSize);
     Change(centred, isCentred);
 }
 
@@ -102,7 +97,7 @@ TextMetrics Text::MetricsIn(const FontAtlas& font) const {
 
 void Text::Measure(float& measuredWidth, float& measuredHeight) {
     TextExtent extent;
-    if (const auto font = text.text.empty() ? nullptr : GetFont(faceName, fontSize, centred))
+    if (const auto font = text.text.empty() ? nullptr : GetFont(faceName, size, centred))
         extent = ExtentOf(WrapText(text.text, MetricsIn(*font), wrapWidth), size);
     measuredWidth = extent.width;
     measuredHeight = extent.height;
@@ -111,9 +106,9 @@ void Text::Measure(float& measuredWidth, float& measuredHeight) {
 
 void Text::Draw() {
     if (text.text.empty()) return;
-    Shader& shader = TextShader();
-    const auto font = GetFont(faceName, fontSize, centred);
+    const auto font = GetFont(faceName, size, centred);
     if (!font) return;
+    Shader& shader = TextShader();
     if (font != atlas || !built || vertexCount == 0) {
         // The buffer of an atlas that went with its device went too.
         if (atlas && !atlas->texture.IsLoaded()) quads = DXG::VertexBuffer();
@@ -162,7 +157,6 @@ void DrawFreeText(const ColouredText& text, float x, float y, float size, const 
     }
     parts.freeText->SetText(text);
     parts.freeText->SetPosition(x, y);
-    parts.freeText->SetSize(size);
     parts.freeText->SetFont(faceName, size, centred);
     parts.freeText->Draw();
 }

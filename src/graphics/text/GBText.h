@@ -22,8 +22,8 @@ class Text {
     void SetText(const Vary& content);
     void SetText(const ColouredText& content);
     void SetPosition(float x, float y);  // of the first line's top left corner, in pixels
-    void SetSize(float size);            // of a line and a quad, and the size asked of the font
-    // `size` is asked of the font alone; at most 31 characters of name, empty for the default face.
+    void SetSize(float size);            // of a line, a quad and the font, in pixels
+    // At most 31 characters of name, empty for the default face; the size as in SetSize.
     void SetFont(const std::string& faceName, float size, bool centred);
     void SetWrapWidth(float width);       // in pixels; 0: none
     void SetFixedAdvance(float advance);  // of centred fonts, as a fraction of the size
@@ -56,7 +56,6 @@ class Text {
     float y = 0.0F;
     float wrapWidth = 0.0F;
     float size = 16.0F;
-    float fontSize = 16.0F;
     float fixedAdvance = 0.5F;
     std::string faceName;
     bool centred = false;

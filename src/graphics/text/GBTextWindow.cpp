@@ -34,7 +34,6 @@ void TextWindow::AddLine(const ColouredText& text) {
     Text* line = new2<Text>({"G::Text", "G::Text", "GBTextWindow", __LINE__});
     line->SetText(text);
     lines.push_back(line);
-    line->SetSize(fontSize);
     line->SetFont(faceName, fontSize, centred);
     line->SetFixedAdvance(fixedAdvance);
     line->SetWrapWidth(std::trunc(width));

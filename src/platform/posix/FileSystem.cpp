@@ -116,12 +116,16 @@ bool File::Close() {
 
 bool ReadFileBytes(std::string_view path, std::string& out) {
     out.clear();
-    File file(path, OpenMode::Read);
-    if (!file.IsOpen()) return false;
+    std::string hostPath;
+    std::FILE* stream = HostPathOf(path, hostPath) ? OpenStream(hostPath, OpenMode::Read) : nullptr;
+    if (!stream) return false;
     char block[16384];
-    while (const std::size_t count = file.Read(block, sizeof block))
+    while (const std::size_t count = std::fread(block, 1, sizeof block, stream))
         out.append(block, count);
-    return true;
+    const bool readAll = std::ferror(stream) == 0;
+    std::fclose(stream);
+    if (!readAll) out.clear();
+    return readAll;
 }
 
 bool ReadFileText(std::string_view path, std::string& out) {

@@ -77,7 +77,7 @@ bool IsReadable(const void* address, std::size_t count) {
     const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
     // Protection is the same for a whole page, so one byte of each answers for it.
     for (std::uintptr_t at = first; at == first || at < first + count; at = (at / page + 1) * page)
-        if (!IsByteReadable(reinterpret_cast<const void*>(at))) return false;
+        if (!IsByteReadable(reinterpret_cast<const void*>(at))) return false;  // NOLINT(performance-no-int-to-ptr)
     return true;
 }
 

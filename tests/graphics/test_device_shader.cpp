@@ -1,0 +1,227 @@
+// Shaders on the scripted device with a compiler that the test answers for.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "graphics/device/DXGShader.h"
+#include "graphics/device/DXGState.h"
+#include "support/ScriptedFoundation.h"
+#include "support/TestFolder.h"
+
+namespace {
+
+const std::string stack = "  -call stack:\n\n";
+
+// Which profiles the compiler takes, what it says, and the constants that a stage's source names, one a word.
+std::vector<std::string> compiledFor;
+std::string compilerText;
+std::vector<std::string> attempts;
+
+bool CompileForTest(const std::string& source, const std::string& fileName, const std::string& entry,
+                    const std::string& profile, platform::CompiledShader& out, std::string& messages) {
+    attempts.push_back(fileName + " " + entry + " " + profile);
+    messages = compilerText;
+    out.profile = profile;
+    std::istringstream words(source);
+    for (platform::ShaderConstant constant; words >> constant.name;)
+        out.constants.push_back(constant);
+    return std::find(compiledFor.begin(), compiledFor.end(), profile) != compiledFor.end();
+}
+
+struct Shaders : testing::Test {
+    support::TestFolder folder;
+    support::ScriptedFoundation foundation;
+    platform::ScriptedGraphics& scripted = foundation.scripted;
+    G::ShaderCompiler before = G::SetShaderCompiler(CompileForTest);
+    Shaders() {
+        compiledFor = {"vs_2_0", "vs_1_0", "vs_3_0", "ps_2_0", "ps_2_a"};
+        compilerText.clear();
+        attempts.clear();
+        folder.Write("s/a.hlsl_v", "Tint Both ModelMatrix");
+        folder.Write("s/a.hlsl_f", "Both Only Values");
+    }
+    ~Shaders() override {
+        foundation.Stop();
+        G::SetShaderCompiler(before);
+        EXPECT_TRUE(scripted.faults.empty()) << scripted.faults.front();
+    }
+    static std::string ShaderLog() {
+        std::string kept;
+        std::istringstream lines(support::LogText("_shaders.txt"));
+        for (std::string line; std::getline(lines, line);)
+            if (!line.starts_with("   ")) kept += line + "\n";
+        return kept;
+    }
+    static const platform::ScriptedShader& Stage(const std::unique_ptr<platform::DeviceShader>& stage) {
+        return dynamic_cast<const platform::ScriptedShader&>(*stage);
+    }
+};
+
+TEST_F(Shaders, VertexProfilesAreTriedInOrder) {
+    const std::string failed = "Failed to compile shader: s\\a.hlsl_v";
+    struct Row {
+        std::vector<std::string> compiled, refused;
+        bool loads;
+        std::size_t attempts;
+        std::string shaderLog, errorLog;
+    };
+    const Row rows[] = {
+        {{"vs_2_0", "vs_1_0", "vs_3_0"}, {}, true, 1, "", ""},
+        {{"vs_1_0", "vs_3_0"}, {}, true, 2, "", ""},
+        {{"vs_2_0", "vs_3_0"},
+         {"vs_2_0"},
+         true,
+         3,
+         "Shader warning(s) (s\\a.hlsl_v):\nhm\nnote: s\\a.hlsl_v loaded, but likely running in software.\n",
+         ""},
+        {{}, {}, false, 3, failed + ":\nhm", failed + "\n"},
+        {{"vs_3_0"},
+         {"vs_3_0"},
+         false,
+         3,
+         "Shader warning(s) (s\\a.hlsl_v):\nhm\nFailed to create shader (s\\a.hlsl_v), though it did compile... "
+         "hardware can't handle it probably.\n",
+         ""},
+    };
+    compilerText = "hm";
+    for (const Row& row : rows) {
+        support::ClearErrorLog();
+        support::ClearLog("_shaders.txt");
+        attempts.clear();
+        compiledFor = row.compiled;
+        scripted.script.refusedProfiles = row.refused;
+        G::Shader shader;
+        EXPECT_EQ(shader.Load("s\\a", ""), row.loads);
+        EXPECT_EQ(shader.IsLoaded(), row.loads);
+        EXPECT_EQ(attempts.size(), row.attempts);
+        EXPECT_EQ(support::LogText("_shaders.txt"), row.shaderLog);
+        EXPECT_EQ(support::ErrorLogText(), row.errorLog);
+    }
+}
+
+TEST_F(Shaders, FragmentProfilesBothReport) {
+    const std::string failed = "Failed to compile shader: s\\a.hlsl_f";
+    compiledFor = {"ps_2_a", "vs_2_0"};
+    G::Shader shader;
+    EXPECT_TRUE(shader.Load("", "s\\a"));
+    EXPECT_EQ(attempts, (std::vector<std::string>{"s\\a.hlsl_f main ps_2_0", "s\\a.hlsl_f main ps_2_a"}));
+    EXPECT_EQ(support::ErrorLogText(), failed + "\n");
+    compiledFor = {"vs_2_0"};
+    EXPECT_FALSE(shader.Load("s\\a", "s\\a")) << "a named stage failed";
+    EXPECT_FALSE(shader.IsLoaded());
+    EXPECT_EQ(support::ErrorLogText(), failed + "\n" + failed + "\n" + failed + "\n");
+    EXPECT_EQ(scripted.liveObjects, 0);
+    EXPECT_FALSE(shader.Load("", ""));
+    EXPECT_FALSE(shader.Load("", "s\\none"));
+    EXPECT_NE(ShaderLog().find("s\\none.hlsl_f: the source file is empty or cannot be opened\n"), std::string::npos);
+    foundation.Stop();
+    scripted.script.capabilities.pixelShaderMajor = 0;
+    ASSERT_TRUE(foundation.Start());
+    support::ClearErrorLog();
+    support::ClearLog("_shaders.txt");
+    EXPECT_FALSE(shader.Load("", "s\\a"));
+    EXPECT_EQ(support::ErrorLogText(), "Cannot compile Fragment Shader on this hardware: s\\a.hlsl_f\n");
+    EXPECT_EQ(ShaderLog(), support::ErrorLogText());
+}
+
+TEST_F(Shaders, ConstantsAreFoundByName) {
+    G::Shader shader;
+    ASSERT_TRUE(shader.Load("s\\a", "s\\a"));
+    EXPECT_EQ(ShaderLog(), "") << "standard names may be missing";
+    const Vec4 vectors[] = {{1, 2, 3, 4}, {5, 6, 7, 8}};
+    shader.SetVectorArray("Tint", vectors, 2);
+    shader.SetFloat("Both", 3);
+    shader.SetFloat("Only", 4);
+    shader.SetMatrix("Values", Identity(), true);
+    const platform::ScriptedShader& vertex = Stage(shader.Record()->api.vertex);
+    const platform::ScriptedShader& fragment = Stage(shader.Record()->api.fragment);
+    EXPECT_EQ(vertex.values.at("Tint").floats, (std::vector<float>{1, 2, 3, 4, 5, 6, 7, 8}));
+    EXPECT_EQ(vertex.values.at("Both").floats, std::vector<float>{3});
+    EXPECT_EQ(fragment.values.count("Both"), 0U);
+    EXPECT_EQ(fragment.values.at("Only").floats, std::vector<float>{4});
+    EXPECT_TRUE(fragment.values.at("Values").transposed);
+    const std::string both =
+        "Warning: constant name(Both) exists in both fragment and vertex shader... fragment constant is "
+        "unreachable.\n";
+    EXPECT_EQ(support::ErrorLogText(), both);
+    shader.SetFloat("None", 1);
+    shader.SetInt("Tint", 1);
+    G::Shader().SetFloat("None", 1);
+    EXPECT_EQ(ShaderLog(),
+              both + stack + "Warning: Asking for constant (None) in a shader, but it's not there.\n" + stack);
+    EXPECT_EQ(support::ErrorLogText(), both + "Shader::SetInt not implemented yet in DX.\n");
+}
+
+// A B by the textbook, so that the sums here do not come from the code under test.
+Mat4 Product(const Mat4& a, const Mat4& b) {
+    Mat4 product;
+    for (int i = 0; i < 4; ++i)
+        for (int j = 0; j < 4; ++j)
+            for (int k = 0; k < 4; ++k)
+                product(i, j) += a(i, k) * b(k, j);
+    return product;
+}
+
+TEST_F(Shaders, StandardMatricesAreWrittenExactly) {
+    folder.Write("s/m.hlsl_v", "ModelViewProjectionMatrix ViewProjectionMatrix ModelMatrix ViewMatrix");
+    folder.Write("s/m.hlsl_f", "ModelViewMatrix ProjectionMatrix WorldRotMatrix");
+    Mat4 world, view, projection;
+    for (std::size_t i = 0; i < 16; ++i) {
+        world.m[i] = static_cast<float>(i * i % 7);
+        view.m[i] = static_cast<float>(i * 3 % 11);
+        projection.m[i] = static_cast<float>(i * i % 13) - 5;
+    }
+    G::Shader shader, other;
+    ASSERT_TRUE(shader.Load("s\\m", "s\\m"));
+    DXG::SetWorld(Identity());
+    DXG::SetView(view);
+    DXG::SetProjection(projection);
+    shader.Set();
+    DXG::SetWorld(world);
+    G::UpdateShaderMatrices();
+    struct Row {
+        const char* name;
+        bool inVertex;
+        Mat4 value;
+        bool transposed;
+    };
+    const Row rows[] = {
+        {"ModelViewProjectionMatrix", true, Transpose(Product(Transpose(Product(view, world)), projection)), true},
+        {"ViewProjectionMatrix", true, Product(Transpose(view), projection), true},
+        {"ModelViewMatrix", false, Product(world, view), true},
+        {"ModelMatrix", true, world, false},
+        {"ViewMatrix", true, view, true},
+        {"ProjectionMatrix", false, projection, true},
+        {"WorldRotMatrix", false, world, false},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        const G::SShaderApiData& api = shader.Record()->api;
+        const auto& value = Stage(row.inVertex ? api.vertex : api.fragment).values.at(row.name);
+        EXPECT_TRUE(std::equal(value.floats.begin(), value.floats.end(), row.value.m.begin()));
+        EXPECT_EQ(value.transposed, row.transposed);
+        EXPECT_EQ(value.writes, 2) << "by Set and by the update";
+    }
+    EXPECT_EQ(scripted.device->current.vertexShader, shader.Record()->api.vertex.get());
+    ASSERT_TRUE(other.Load("s\\a", ""));
+    other.Set();
+    EXPECT_EQ(scripted.device->current.fragmentShader, nullptr) << "a missing stage is the fixed function's";
+    const platform::ScriptedShader& current = Stage(other.Record()->api.vertex);
+    G::Shader().Set();
+    G::UpdateShaderMatrices();
+    EXPECT_EQ(current.values.at("ModelMatrix").writes, 1) << "none is current";
+    EXPECT_EQ(scripted.device->current.vertexShader, nullptr);
+    other.Set();
+    other.Release();
+    EXPECT_EQ(scripted.device->current.vertexShader, nullptr) << "the current shader went";
+    G::UpdateShaderMatrices();
+    shader.Set();
+    foundation.Stop();
+    EXPECT_FALSE(shader.IsLoaded()) << "shaders go with the device";
+    EXPECT_FALSE(shader.Load("s\\a", ""));
+    EXPECT_TRUE(support::ErrorLogWithoutStacks().starts_with(
+        "Error: G::Shader::Load used when graphics foundation is not initialized.\n  -call made from:\n"));
+}
+
+}  // namespace

@@ -1,0 +1,495 @@
+// Textures, image files, texel formats and shared records on the scripted device.
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <optional>
+#include <thread>
+
+#include "graphics/FakeImageCodec.h"
+#include "graphics/device/DXGTexture.h"
+#include "graphics/device/ImageLoader.h"
+#include "graphics/device/TexelFormats.h"
+#include "support/ScriptedFoundation.h"
+#include "support/TestFolder.h"
+
+namespace {
+
+using DXG::Texture;
+using DXG::TextureType;
+using platform::DeviceResult;
+using platform::ImageLayout;
+using platform::PixelFormat;
+
+platform::ScriptedTexture& ObjectOf(const Texture& texture) {
+    return dynamic_cast<platform::ScriptedTexture&>(*texture.Record()->api.object);
+}
+
+struct Textures : testing::Test {
+    support::TestFolder folder;
+    support::ScriptedFoundation foundation;
+    platform::ScriptedGraphics& scripted = foundation.scripted;
+    Textures() { FakePictures().clear(); }
+    ~Textures() override {
+        foundation.Stop();
+        EXPECT_TRUE(scripted.faults.empty()) << scripted.faults.front();
+        EXPECT_EQ(scripted.liveObjects, 0);
+        EXPECT_TRUE(Texture::Records().empty());
+    }
+    // A 16-bit desktop.
+    void UseShallowColour() {
+        foundation.Stop();
+        scripted.script.desktopBits = 16;
+        ASSERT_TRUE(foundation.Start());
+    }
+};
+
+TEST_F(Textures, OneFileIsOneRecord) {
+    AddPicture("Data\\A.bmp", 16, 16, ImageLayout::Rgb24);
+    Texture first, second, copy;
+    EXPECT_TRUE(first.Load("Data\\A.bmp", TextureType::AsFile, false, false));
+    EXPECT_TRUE(second.Load("data\\a.BMP", TextureType::AsFile, true, true));
+    EXPECT_TRUE(first.Load("DATA\\A.BMP", TextureType::Free, false, false)) << "it holds that file already";
+    copy = first;
+    EXPECT_TRUE(first.IsSameAs(second) && copy.IsSameAs(second));
+    EXPECT_EQ(scripted.CallsNamed("CreateTexture").size(), 1U);
+    EXPECT_EQ(first.Record()->referenceCount, 3);
+    first.Release();
+    copy.Release();
+    EXPECT_EQ(Texture::Records().size(), 1U);
+    EXPECT_EQ(second.FileName(), "Data\\A.bmp");
+    second.Release();
+    EXPECT_TRUE(Texture::Records().empty());
+    EXPECT_EQ(scripted.liveObjects, 0);
+}
+
+TEST_F(Textures, ImagesThatCannotBeUsedAreReported) {
+    const std::string stack = "  -call stack:\n\n";
+    AddPicture("hundred.bmp", 100, 100, ImageLayout::Rgb24);
+    AddPicture("damaged.bmp", 16, 16, ImageLayout::Rgb24).status = platform::ImageStatus::InvalidData;
+    AddPicture("fine.bmp", 16, 16, ImageLayout::Rgb24);
+    folder.Write("real.dds", "DDS ");
+    struct Row {
+        const char* file;
+        TextureType type;
+        DeviceResult creation;
+        std::string errors;
+    };
+    const std::string fine = "Failed to load image \"fine.bmp\"\n";
+    const Row rows[] = {
+        {"fine.bmp", TextureType::Free, DeviceResult::Ok, "Error: attempt to load texture of type FREE\n" + stack},
+        {"none.bmp", TextureType::AsFile, DeviceResult::Ok, "Failed to load image \"none.bmp\"\n" + stack},
+        {"real.dds", TextureType::AsFile, DeviceResult::Ok,
+         "Error: .dds file(real.dds) being loaded.  This format is depreciated for compatability reasons. "
+         "Failing.\n"},
+        {"hundred.bmp", TextureType::AsFile, DeviceResult::Ok,
+         "Unable to load image \"hundred.bmp\"\n  -dimensions must be powers of 2\n" + stack},
+        {"damaged.bmp", TextureType::AsFile, DeviceResult::Ok,
+         "Failed to load image \"damaged.bmp\"\n  -file contains invalid data\n" + stack},
+        {"fine.bmp", TextureType::CubeMap, DeviceResult::Ok,
+         fine + "  -graphics device doesn't support requested type\n" + stack},
+        {"fine.bmp", TextureType::Colour, DeviceResult::OutOfVideoMemory,
+         fine + "  -graphics device out of memory\n" + stack},
+        {"fine.bmp", TextureType::Colour, DeviceResult::Failed, fine + stack},
+    };
+    for (const Row& row : rows) {
+        support::ClearErrorLog();
+        scripted.script.createTexture = {row.creation};
+        Texture texture;
+        EXPECT_FALSE(texture.Load(row.file, row.type, false, false));
+        scripted.script.createTexture.clear();
+        EXPECT_FALSE(texture.IsLoaded());
+        EXPECT_EQ(support::ErrorLogWithoutStacks(), row.errors);
+    }
+}
+
+TEST_F(Textures, LevelsAndAspect) {
+    struct Row {
+        unsigned width, height;
+        bool mipmaps;
+        unsigned levels;
+        bool warned;
+    };
+    const Row rows[] = {{256, 64, true, 4, false}, {256, 64, false, 1, false}, {16, 16, true, 2, false},
+                        {8, 8, true, 1, false},    {1, 1, true, 1, false},     {256, 32, true, 3, false},
+                        {512, 32, true, 3, true},  {2, 32, false, 1, true}};
+    for (const Row& row : rows) {
+        AddPicture("a.bmp", row.width, row.height, ImageLayout::Rgb24);
+        support::ClearErrorLog();
+        Texture texture;
+        ASSERT_TRUE(texture.Load("a.bmp", TextureType::AsFile, row.mipmaps, true));
+        EXPECT_EQ(ObjectOf(texture).Levels(), row.levels) << row.width << " x " << row.height;
+        EXPECT_EQ(texture.Record()->mipmapped, row.mipmaps);
+        EXPECT_EQ(support::ErrorLogWithoutStacks(),
+                  row.warned ? "warning: image \"a.bmp\" loaded successfully, but aspect ratio is greater than 8\n"
+                               "  -aspect ratio more than 8 not recommended for best compatability with older "
+                               "hardware\n  -call stack:\n\n"
+                             : "");
+    }
+}
+
+TEST_F(Textures, FormatsFollowTypeFileAndDesktop) {
+    struct Row {
+        TextureType type;
+        ImageLayout layout;
+        bool colourKey;
+        PixelFormat deep, shallow;
+        TextureType typeAfter;
+    };
+    const Row rows[] = {
+        {TextureType::AsFile, ImageLayout::Rgb24, false, PixelFormat::X8R8G8B8, PixelFormat::X8R8G8B8,
+         TextureType::Colour},
+        {TextureType::AsFile, ImageLayout::Indexed8, true, PixelFormat::A8R8G8B8, PixelFormat::A8R8G8B8,
+         TextureType::ColourAlpha},
+        {TextureType::AsFile, ImageLayout::Argb32, false, PixelFormat::A8R8G8B8, PixelFormat::A8R8G8B8,
+         TextureType::ColourAlpha},
+        {TextureType::Alpha, ImageLayout::Argb32, false, PixelFormat::A8, PixelFormat::A8, TextureType::Alpha},
+        {TextureType::Colour, ImageLayout::Argb32, false, PixelFormat::X8R8G8B8, PixelFormat::R5G6B5,
+         TextureType::Colour},
+        {TextureType::ColourAlpha, ImageLayout::Rgb32, false, PixelFormat::A8R8G8B8, PixelFormat::A4R4G4B4,
+         TextureType::ColourAlpha},
+    };
+    for (const bool shallow : {false, true}) {
+        if (shallow) UseShallowColour();
+        for (const Row& row : rows) {
+            AddPicture("a.png", 4, 4, row.layout);
+            Texture texture;
+            ASSERT_TRUE(row.colourKey ? texture.LoadCC("a.png") : texture.Load("a.png", row.type, false, false));
+            EXPECT_EQ(ObjectOf(texture).Format(), shallow ? row.shallow : row.deep);
+            EXPECT_EQ(texture.Type(), row.typeAfter);
+        }
+    }
+    scripted.script.textureFormats.clear();
+    for (const auto& [type, format] : {std::pair{TextureType::Colour, PixelFormat::X8R8G8B8},
+                                       std::pair{TextureType::ColourAlpha, PixelFormat::A1R5G5B5}}) {
+        Texture texture;
+        ASSERT_TRUE(texture.Load("a.png", type, false, false));
+        EXPECT_EQ(ObjectOf(texture).Format(), format) << "the device cannot sample the one wanted";
+    }
+    scripted.script.textureFormatGiven = PixelFormat::D16;
+    Texture odd;
+    support::ClearErrorLog();
+    EXPECT_TRUE(odd.Create(4, 4, TextureType::Colour, 1, false));
+    EXPECT_EQ(odd.Type(), TextureType::ColourAlpha);
+    EXPECT_EQ(support::ErrorLogWithoutStacks().find("Internal DXG Error: unable to deduce texture type"), 0U);
+}
+
+TEST_F(Textures, ColourKeyAndSmallerLevels) {
+    FakePicture& picture = AddPicture("a.bmp", 16, 16, ImageLayout::Rgb24, 0xFF000000U);
+    for (unsigned i : {1U, 16U, 17U})
+        picture.image.argb[i] = 0xFF0400FFU;
+    Texture keyed;
+    ASSERT_TRUE(keyed.LoadCC("a.bmp"));
+    EXPECT_EQ(ObjectOf(keyed).TexelAt(0, 0, 0), 0U);
+    EXPECT_EQ(ObjectOf(keyed).TexelAt(0, 1, 1), 0xFF0400FFU);
+    EXPECT_TRUE(keyed.Load("a.bmp", TextureType::AsFile, true, true)) << "the same file";
+    keyed.Release();
+    for (const auto& [smooth, texel] : {std::pair{true, 0xFF0300BFU}, {false, 0xFF000000U}}) {
+        Texture texture;
+        ASSERT_TRUE(texture.Load("a.bmp", TextureType::AsFile, true, smooth));
+        EXPECT_EQ(ObjectOf(texture).TexelAt(1, 0, 0), texel);
+    }
+}
+
+TEST(TexelFormats, PackEachFormat) {
+    const std::uint32_t pixel = 0x80FF7F3FU;
+    const std::pair<PixelFormat, std::uint64_t> rows[] = {
+        {PixelFormat::A8R8G8B8, 0x80FF7F3FU},
+        {PixelFormat::X8R8G8B8, 0xFFFF7F3FU},
+        {PixelFormat::A8B8G8R8, 0x803F7FFFU},
+        {PixelFormat::R8G8B8, 0xFF7F3FU},
+        {PixelFormat::R5G6B5, 0xFBE7U},
+        {PixelFormat::X1R5G5B5, 0xFDE7U},
+        {PixelFormat::A4R4G4B4, 0x8F73U},
+        {PixelFormat::A1R5G5B5, 0xFDE7U},
+        {PixelFormat::A8, 0x80U},
+        {PixelFormat::R3G3B2, 0xECU},
+        {PixelFormat::L8, 0x9EU},
+        {PixelFormat::A2R10G10B10, 0xBFF7F4FCU},
+        {PixelFormat::A16B16G16R16, 0x80803F3F7F7FFFFFU},
+    };
+    for (const auto& [format, expected] : rows) {
+        std::uint64_t texel = 0;
+        ASSERT_TRUE(DXG::WriteTexels({&pixel, 1, 1}, format, false, reinterpret_cast<unsigned char*>(&texel), 8));
+        EXPECT_EQ(texel, expected) << platform::NameOf(format);
+    }
+    EXPECT_FALSE(DXG::WriteTexels({&pixel, 1, 1}, PixelFormat::P8, false, nullptr, 0));
+    // Dithering spreads a value between two levels over neighbouring texels and leaves the ends alone.
+    std::uint32_t greys[16];
+    std::fill(std::begin(greys), std::end(greys), 0xFF000084U);
+    std::uint16_t dithered[16];
+    ASSERT_TRUE(
+        DXG::WriteTexels({greys, 4, 4}, PixelFormat::A4R4G4B4, true, reinterpret_cast<unsigned char*>(dithered), 8));
+    EXPECT_EQ(std::count(std::begin(dithered), std::end(dithered), 0xF009), 4);
+    EXPECT_EQ(std::count(std::begin(dithered), std::end(dithered), 0xF008), 12);
+}
+
+TEST_F(Textures, CreationChecksItsArguments) {
+    const std::string stack = "  -call stack:\n\n";
+    const std::string power = "Cannot create texture:\n  -dimensions must be powers of 2\n" + stack;
+    const std::string noMipmaps =
+        "warning: 3D textures can't be mipmapped, but was requested (no plans to implement).\n";
+    using enum TextureType;
+    struct Row {
+        unsigned width, height;
+        TextureType type;
+        unsigned depth;
+        bool mipmaps;
+        std::string errors, call;
+    };
+    const Row rows[] = {
+        {100, 64, Colour, 1, false, power, ""},
+        {64, 64, Colour, 0, false, power, ""},
+        {64, 64, CubeMap, 2, false, "Cube Maps can't be 3D...\n", ""},
+        {64, 32, CubeMap, 1, false, "Cube maps can't have non-square sides...\n", ""},
+        {64, 64, AsFile, 1, false, "unsupported or unimplemented format in (DirectX)Texture::Create.\n", ""},
+        {64, 32, Alpha, 1, true, "", "CreateTexture 0 64 32 1 1 A8"},
+        {64, 64, CubeMap, 1, false, "", "CreateTexture 1 64 64 1 0 A8R8G8B8"},
+        {8, 4, ColourAlpha, 2, true, noMipmaps, "CreateTexture 2 8 4 2 1 A8R8G8B8"},
+    };
+    for (const Row& row : rows) {
+        support::ClearErrorLog();
+        scripted.ForgetCalls();
+        Texture texture;
+        EXPECT_EQ(texture.Create(row.width, row.height, row.type, row.depth, row.mipmaps), !row.call.empty());
+        EXPECT_EQ(support::ErrorLogWithoutStacks(), row.errors);
+        EXPECT_EQ(scripted.calls, row.call.empty() ? std::vector<std::string>() : std::vector{row.call});
+    }
+    support::ClearErrorLog();
+    Texture texture;
+    for (const TextureType type : {Colour, CubeMap}) {
+        scripted.script.createTexture = {DeviceResult::Failed};
+        EXPECT_FALSE(texture.Create(4, 4, type, 1, false));
+    }
+    const std::string errors = support::ErrorLogText();
+    EXPECT_EQ(errors.find("pD3DDev->CreateTexture failed.\n  -call stack:   "), 0U);
+    EXPECT_NE(errors.find("\n\npD3DDev->CreateCubeTexture failed.\n  -call stack:    "), std::string::npos);
+    EXPECT_TRUE(errors.ends_with("\n\n"));
+    support::ClearErrorLog();
+    foundation.Stop();
+    scripted.script.capabilities.volumeTextures = false;
+    ASSERT_TRUE(foundation.Start());
+    EXPECT_FALSE(texture.Create(4, 4, Colour, 2, false));
+    EXPECT_EQ(support::ErrorLogText(), "");
+}
+
+TEST_F(Textures, LocksReadTexels) {
+    Texture texture;
+    EXPECT_FALSE(texture.Lock(true));
+    EXPECT_EQ(support::ErrorLogWithoutStacks(), "Error... attempt to lock a non-existant texture.\n  -call stack:\n\n");
+    support::ClearErrorLog();
+    ASSERT_TRUE(texture.Create(4, 2, TextureType::ColourAlpha, 1, false));
+    {
+        DXG::TextureLock lock = texture.Lock(true);
+        ASSERT_TRUE(lock);
+        EXPECT_TRUE(ObjectOf(texture).lastLockReadOnly);
+        EXPECT_EQ(lock.bitsPerTexel, 32U);
+        const std::uint32_t mark = 0x12345678U;
+        std::memcpy(lock.data[0] + lock.rowPitch[0] + 3 * 4, &mark, 4);
+        EXPECT_EQ(lock.ReadTexel(3, 1), mark);
+        for (const auto& [x, y] : {std::pair{-1, 0}, {4, 0}, {0, -1}, {0, 2}})
+            EXPECT_EQ(lock.ReadTexel(x, y), 0U);
+        EXPECT_EQ(lock.ReadLinear(4.0F, 0.0F), 0U);
+        EXPECT_EQ(support::ErrorLogText(), "");
+        EXPECT_EQ(lock.ReadLinear(3.5F, 1.0F), 0U);
+        EXPECT_EQ(support::ErrorLogText(), "linear sample not implemented yet...\n");
+        const DXG::TextureLock moved = std::move(lock);
+        EXPECT_EQ(ObjectOf(texture).openLocks, 1);
+    }
+    EXPECT_EQ(ObjectOf(texture).openLocks, 0);
+    ASSERT_TRUE(texture.Create(2, 2, TextureType::Alpha, 1, false));
+    EXPECT_EQ(texture.Lock(false).ReadTexel(1, 1), 0xCDU) << "one byte a texel, none of its neighbours";
+    support::ClearErrorLog();
+    ASSERT_TRUE(texture.Create(4, 4, TextureType::CubeMap, 1, false));
+    scripted.script.refusedFace = 4;
+    EXPECT_FALSE(texture.Lock(false));
+    EXPECT_EQ(ObjectOf(texture).openLocks, 0) << "the faces locked before are unlocked";
+    scripted.script.texturesLock = false;
+    ASSERT_TRUE(texture.Create(4, 4, TextureType::Alpha, 1, false));
+    EXPECT_FALSE(texture.Lock(false));
+    ASSERT_TRUE(texture.Create(4, 4, TextureType::Alpha, 2, false));
+    EXPECT_FALSE(texture.Lock(false));
+    EXPECT_EQ(support::ErrorLogText(),
+              "cube face failed to lock.\nFailed to lock texture for some reason...\n"
+              "Failed to lock volume for some reason...\n");
+}
+
+TEST_F(Textures, SetBindsTextureAndSampler) {
+    using platform::TextureFilter;
+    Texture texture;
+    texture.Set(0);
+    EXPECT_EQ(support::ErrorLogWithoutStacks(), "Set called on a non-loaded texture.\n  -call stack:\n\n");
+    ASSERT_TRUE(texture.Create(4, 4, TextureType::Colour, 2, false));
+    texture.SetWrap(true, false, false);
+    const platform::SamplerState& sampler = scripted.device->samplers[3];
+    const std::pair<unsigned, TextureFilter> filters[] = {{2, TextureFilter::Linear},
+                                                          {1, TextureFilter::Point},
+                                                          {0, TextureFilter::None},
+                                                          {16, TextureFilter::Anisotropic}};
+    for (const auto& [code, filter] : filters) {
+        texture.SetFilter(code);
+        texture.Set(3);
+        EXPECT_TRUE(sampler.minify == filter && sampler.magnify == filter) << code;
+    }
+    EXPECT_EQ(sampler.u, platform::TextureAddress::Wrap);
+    EXPECT_EQ(sampler.v, platform::TextureAddress::Clamp);
+    EXPECT_EQ(sampler.w, platform::TextureAddress::Clamp) << "a volume";
+    EXPECT_EQ(scripted.device->current.textures[3], &ObjectOf(texture));
+    texture.Release();
+    EXPECT_EQ(scripted.device->current.textures[3], nullptr);
+}
+
+TEST_F(Textures, VolumesComeFromListsOfLayers) {
+    const auto load = [](const char* file, bool mipmaps = false) {
+        Texture texture;
+        return texture.Load(file, TextureType::AsFile, mipmaps, false);
+    };
+    folder.Write("vol/fog.T3D", "a.bmp\r\n  b.bmp\t");
+    AddPicture("vol\\a.bmp", 4, 2, ImageLayout::Argb32, 0x11223344U);
+    AddPicture("vol\\b.bmp", 4, 2, ImageLayout::Argb32, 0x55667788U);
+    AddPicture("vol\\c.bmp", 4, 2, ImageLayout::Rgb24);
+    AddPicture("vol\\d.bmp", 4, 4, ImageLayout::Argb32);
+    Texture fog, again;
+    ASSERT_TRUE(fog.Load("vol\\fog.T3D", TextureType::AsFile, false, false));
+    EXPECT_TRUE(again.Load("VOL\\fog.t3d", TextureType::AsFile, false, false));
+    EXPECT_TRUE(fog.IsSameAs(again));
+    EXPECT_EQ(ObjectOf(fog).TexelAt(0, 3, 1, 0), 0x11223344U);
+    EXPECT_EQ(ObjectOf(fog).TexelAt(0, 0, 0, 1), 0x55667788U);
+    AddPicture("vol\\e.bmp", 4, 2, ImageLayout::Indexed8, 0xFFFFFFFFU);
+    folder.Write("vol/mask.t3d", "e.bmp e.bmp");
+    ASSERT_TRUE(again.Load("vol\\mask.t3d", TextureType::AsFile, false, false));
+    EXPECT_EQ(again.Type(), TextureType::Alpha);
+    EXPECT_EQ(ObjectOf(again).TexelAt(0, 2, 1, 1), 0xFFU) << "the brightness of the layer";
+    EXPECT_EQ(support::ErrorLogText(), "");
+
+    folder.Write("vol/empty.t3d", " \n");
+    folder.Write("vol/colour.t3d", "a.bmp c.bmp");
+    folder.Write("vol/size.t3d", "a.bmp d.bmp");
+    folder.Write("vol/missing.t3d", "a.bmp x.bmp");
+    EXPECT_FALSE(load("vol\\empty.t3d", true));
+    EXPECT_FALSE(load("vol\\colour.t3d"));
+    EXPECT_FALSE(load("vol\\size.t3d"));
+    EXPECT_FALSE(load("vol\\missing.t3d"));
+    Texture keyed;
+    EXPECT_FALSE(keyed.LoadCC("vol\\none.t3d"));
+    scripted.script.texturesLock = false;
+    folder.Write("vol/locked.t3d", "a.bmp b.bmp");
+    EXPECT_FALSE(load("vol\\locked.t3d"));
+    EXPECT_EQ(support::ErrorLogWithoutStacks(),
+              "warning: 3D textures can't be mipmapped, but was requested (no plans to implement).\n"
+              "There was a problem loading 3D texture file: vol\\empty.t3d\n  -no textures listed?\n"
+              "  -call stack:\n\n"
+              "Error loading 3d texture(vol\\colour.t3d)... format of all files must be the same.\n"
+              "  - c.bmp doesn't match the first layer in the list.\n"
+              "Error loading 3d texture(vol\\size.t3d)... dimensions of all files must be the same.\n"
+              "  - d.bmp doesn't match the first layer in the list.\n"
+              "Failed to load image: vol\\x.bmp\n  -call stack:\n\n"
+              "A layer of 3D texture \"vol\\missing.t3d\" failed to load... 3d texture load failed.\n"
+              "Color key not supported on 3d textures.\nFailed to lock volume for some reason...\n"
+              "Unable to lock 3d texture to load it... not good to have this happen obviously.\n"
+              "  -call stack:\n\n");
+    support::ClearErrorLog();
+    folder.Write("vol/out.t3d", "..\\secret.bmp");
+    AddPicture("vol\\..\\secret.bmp", 4, 2, ImageLayout::Argb32);
+    EXPECT_FALSE(load("vol\\out.t3d")) << "layers lie below the list's folder";
+}
+
+TEST_F(Textures, LoadedImageKeepsPixelsAndIndices) {
+    LoadedImage image;
+    AddPicture("i.bmp", 3, 2, ImageLayout::Indexed8, 0xFF112233U);
+    AddPicture("r.bmp", 3, 2, ImageLayout::Rgb32);
+    AddPicture("o.gif", 3, 2, ImageLayout::Other);
+    AddPicture("noindex.bmp", 3, 2, ImageLayout::Indexed8).image.indices.clear();
+    ASSERT_TRUE(image.Load("i.bmp"));
+    EXPECT_EQ(image.channels, 1);
+    EXPECT_EQ(image.pixels[5], 0xFF112233U);
+    EXPECT_EQ(image.indices[5], 7);
+    ASSERT_TRUE(image.Load("r.bmp"));
+    EXPECT_EQ(image.channels, 3);
+    EXPECT_EQ(image.indices, nullptr);
+    ASSERT_TRUE(image.Load("o.gif"));
+    EXPECT_EQ(image.channels, 4);
+    ASSERT_TRUE(image.Load("noindex.bmp"));
+    EXPECT_FALSE(image.Load("none.bmp"));
+    EXPECT_TRUE(image.width == 0 && image.channels == 0 && !image.pixels);
+    EXPECT_EQ(support::ErrorLogWithoutStacks(),
+              "LoadedImage.Load warning: Exact pixel format not matched for purposes of channel count for: o.gif\n"
+              "minor warning: thought we could use 8bpp... but it wouldn't work, for noindex.bmp.  maybe a bug in "
+              "ImageLoader.Load\nFailed to load image: none.bmp\n  -call stack:\n\n");
+}
+
+TEST_F(Textures, HandlesMayOutliveTheFoundation) {
+    AddPicture("a.bmp", 4, 4, ImageLayout::Rgb24);
+    std::optional<Texture> texture(std::in_place);
+    ASSERT_TRUE(texture->Load("a.bmp", TextureType::AsFile, false, false));
+    texture->Set(0);
+    DXG::TextureLock lock = texture->Lock(false);
+    lock.Unlock();
+    foundation.Stop();
+    EXPECT_EQ(scripted.liveObjects, 0) << "device objects go with the device";
+    EXPECT_FALSE(texture->Lock(false));
+    support::ClearErrorLog();
+    texture.reset();
+    EXPECT_EQ(support::ErrorLogWithoutStacks(),
+              "Bad: texture being destructed, but graphics is not inited.\n"
+              "  -AND it still thinks it has d3d resources.\n  -call stack:\n\nFoolish globals are likely at fault.\n");
+    support::ClearErrorLog();
+    Texture early;
+    EXPECT_FALSE(early.Load("a.bmp", TextureType::AsFile, false, false));
+    EXPECT_FALSE(early.Create(4, 4, TextureType::Colour, 1, false));
+    const std::string errors = support::ErrorLogWithoutStacks();
+    for (const char* text :
+         {"Bad: texture created, but graphics is not inited.\n  -call stack:\n",
+          "Error: DXG::Texture::Load used when graphics foundation is not initialized.\n  -call stack:\n",
+          "Error: DXG::Texture::Create used when graphics foundation is not initialized.\n  -call stack:\n"})
+        EXPECT_NE(errors.find(text), std::string::npos) << text;
+}
+
+TEST_F(Textures, ThreadsShareTheRegistry) {
+    AddPicture("a.bmp", 4, 4, ImageLayout::Rgb24);
+    const auto work = [] {
+        for (int i = 0; i < 200; ++i) {
+            Texture loaded, made;
+            loaded.Load("a.bmp", TextureType::AsFile, false, false);
+            made.Create(4, 4, TextureType::Alpha, 1, false);
+            const Texture copy = loaded;
+        }
+    };
+    std::thread other(work);
+    work();
+    other.join();
+    EXPECT_TRUE(Texture::Records().empty());
+    EXPECT_EQ(scripted.liveObjects, 0);
+}
+
+// A kind that forgets to free in its destructor.
+struct Careless : SharedResource<ResType> {
+    Careless() { AllocateRecord(); }
+    Careless(const Careless& other) : SharedResource() { CopyFrom(other); }
+    void ReleaseApi() override { ++releases; }
+    int releases = 0;
+};
+
+TEST(SharedResources, LastHandleFreesTheRecord) {
+    support::TestFolder folder;
+    {
+        Careless first;
+        Careless second(first);
+        first.SRFree();
+        EXPECT_EQ(first.releases, 0);
+        EXPECT_EQ(Careless::Records().size(), 1U);
+        Careless::Records().clear();
+        second.SRFree();
+        EXPECT_EQ(second.releases, 1);
+        EXPECT_EQ(support::ErrorLogWithoutStacks(), "Internal error in SharedResource, SRFree()...  -call stack:\n\n");
+    }
+    support::ClearErrorLog();
+    ResType* left = std::make_unique<Careless>()->Record();
+    EXPECT_EQ(
+        support::ErrorLogWithoutStacks(),
+        "Warning: Base (SharedResource) being destructed, but resource still allocated.  Did child not call SRFree "
+        "in destructor?\n  -call stack:\n\n");
+    delete2(left, "test", __LINE__);
+}
+
+}  // namespace

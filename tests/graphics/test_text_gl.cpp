@@ -1,0 +1,70 @@
+// Texts as the OpenGL device shows them.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "graphics/device/DXGDevice.h"
+#include "graphics/device/DXGState.h"
+#include "graphics/text/GBTextWindow.h"
+#include "graphics/text/GlyphGrid.h"
+#include "platform/FontRaster.h"
+#include "platform/Window.h"
+#include "platform/gl/OpenGl.h"
+#include "support/TestFolder.h"
+
+namespace {
+
+std::vector<std::uint32_t> PictureOfTexts() {
+    std::vector<std::uint32_t> argb;
+    unsigned width = 0;
+    unsigned height = 0;
+    if (!DXG::BeginFrame(0, false, true)) return argb;
+    DXG::Clear(0xFF000000, true, true, true, 0);
+    DXG::Set2DWholeBackBuffer();
+    G::DrawFreeText({"K", {{0, 0xFF8040C0}}}, 100, 50, 16, "", false);
+    G::TextWindow chat(40, 300, 700, 250, 60);
+    for (int i = 0; i < 40; ++i)
+        chat.AddLine({"[] a line with letters of all heights, (Qgj)", {}});
+    chat.SetScroll(1 - 8.0F / 390);  // half a line stands out above and below
+    chat.Draw();
+    DXG::GetDevice()->ReadBackBuffer(argb, width, height);
+    DXG::EndFrame0();
+    return argb;
+}
+
+TEST(TextOnOpenGl, IsSharpAndClipped) {
+    const support::TestFolder folder;
+    const std::string shader = "data/shaders/gbfont.hlsl_f";
+    folder.Write(shader, support::LogText(std::getenv("KELVANE_SOURCE_DIR") + ("/" + shader)));
+    platform::UseOpenGl();
+    platform::WindowFailure failure{};
+    const auto window = platform::CreateMainWindow({"KelvaneTest", "Kelvane", 800, 600}, failure);
+    DXG::Setup setup;
+    setup.width = 800;
+    setup.height = 600;
+    ASSERT_TRUE(window && DXG::Init(window.get(), &setup));
+    const std::vector<std::uint32_t> picture = PictureOfTexts();
+    DXG::Shutdown();
+    ASSERT_EQ(picture.size(), 800U * 600U);
+    EXPECT_EQ(support::ErrorLogText() + support::LogText("_shaders.txt"), "");
+
+    // The cell lies on whole pixels: every texel once, tinted and blended with black.
+    const G::GlyphGrid grid = G::DrawGlyphGrid(*platform::OpenFont("", 15), 16, false);
+    for (unsigned y = 0; y < 16; ++y)
+        for (unsigned x = 0; x < 16; ++x) {
+            const double coverage = grid.coverage.at(('K' / 16 * 16 + y) * 256 + 'K' % 16 * 16 + x) / 255.0;
+            const std::uint32_t pixel = picture[(51 + y) * 800 + 101 + x];
+            EXPECT_NEAR(pixel >> 16U & 0xFFU, 0x80 * coverage, 2) << x << ' ' << y;
+            EXPECT_NEAR(pixel >> 8U & 0xFFU, 0x40 * coverage, 2) << x << ' ' << y;
+            EXPECT_NEAR(pixel & 0xFFU, 0xC0 * coverage, 2) << x << ' ' << y;
+        }
+    const auto litRow = [&](unsigned y) {
+        return std::any_of(&picture[y * 800], &picture[(y + 1) * 800], [](auto pixel) { return (pixel & 0xFFU) > 64; });
+    };
+    const std::pair<unsigned, bool> rows[] = {{299, false}, {300, true}, {549, true}, {550, false}};
+    for (const auto& [y, lit] : rows)
+        EXPECT_EQ(litRow(y), lit) << y;
+}
+
+}  // namespace

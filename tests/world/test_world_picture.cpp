@@ -1,0 +1,122 @@
+// The world as the OpenGL device shows it.
+
+#include <cmath>
+
+#include "WorldFixture.h"
+#include "graphics/device/DXGState.h"
+#include "platform/Window.h"
+#include "platform/gl/OpenGl.h"
+#include "session/WorldPort.h"
+#include "world/FloorRenderer.h"
+#include "world/WallRenderer.h"
+
+namespace {
+
+constexpr std::uint32_t red = 0xFFFF0000U;
+constexpr std::uint32_t green = 0xFF00FF00U;
+constexpr std::uint32_t blue = 0xFF0000FFU;
+constexpr std::uint32_t white = 0xFFFFFFFFU;
+constexpr std::uint32_t grey = 0xFF505050U;
+
+DXG::Texture Quarters(std::uint32_t topLeft, std::uint32_t topRight, std::uint32_t bottomLeft,
+                      std::uint32_t bottomRight) {
+    DXG::Texture texture;
+    EXPECT_TRUE(texture.Create(2, 2, DXG::TextureType::ColourAlpha, 1, false));
+    texture.SetWrap(false, false, true);
+    const DXG::TextureLock lock = texture.Lock(false);
+    const std::uint32_t texels[2][2] = {{topLeft, topRight}, {bottomLeft, bottomRight}};
+    for (std::size_t y = 0; y < 2; ++y)
+        std::copy_n(reinterpret_cast<const unsigned char*>(texels[y]), 8, lock.data[0] + y * lock.rowPitch[0]);
+    return texture;
+}
+
+class WorldPicture : public WorldOn {
+  protected:
+    void SetUp() override {
+        platform::UseOpenGl();
+        platform::WindowFailure failure = platform::WindowFailure::None;
+        window = platform::CreateMainWindow({"KelvaneTest", "", 800, 600}, failure);
+        ASSERT_TRUE(window);
+        Begin(*window);
+    }
+    void TearDown() override { End(); }
+
+    void Draw() {
+        ASSERT_TRUE(DXG::BeginFrame(0.02F, false, true));
+        DXG::Clear(0xFF000000U, true, true, true, 0);
+        TolvRenderer::Render();
+        unsigned width = 0;
+        unsigned height = 0;
+        EXPECT_TRUE(DXG::GetDevice()->ReadBackBuffer(picture, width, height));
+        ASSERT_EQ(width * height, 800U * 600U);
+        DXG::EndFrame0();
+        DXG::EndFrame1();
+    }
+    // The pixel that shows a world point, worked out from the rest angle: the eye 6.8 away towards +x +y and 7.9 up,
+    // the right of the screen +x -y.
+    [[nodiscard]] std::uint32_t At(float x, float y, float z) const {
+        const double s = std::sqrt(0.5);
+        const double dx = x - 40 - 6.8 * s;
+        const double dy = y - 40 - 6.8 * s;
+        const double dz = z - 7.9;
+        const double length = std::hypot(6.8, 7.9);
+        const double level = -6.8 / length * s;  // of the view's direction, along x as along y
+        const double down = -7.9 / length;
+        const double depth = dx * level + dy * level + dz * down;
+        const double right = (dx - dy) * s;
+        const double up = (dx + dy) * s * down - dz * level / s;
+        const double scale = 300 / std::tan(3.14159265 / 8) / depth;
+        return picture[static_cast<std::size_t>(std::lround(300 - up * scale)) * 800 +
+                       static_cast<std::size_t>(std::lround(400 + right * scale))] |
+               0xFF000000U;
+    }
+
+    std::unique_ptr<platform::Window> window;
+    std::vector<std::uint32_t> picture;
+};
+
+TEST_F(WorldPicture, StandsTheRightWayRound) {
+    FloorRenderer::Current()->SetTextures({Quarters(grey, grey, grey, grey), Quarters(red, green, blue, white)});
+    TextureList walls(6);
+    walls[2] = Quarters(blue, green, red, 0);  // a hole at the bottom right
+    walls[1] = Quarters(red, white, green, blue);
+    WallRenderer::Current()->SetTextures(walls);
+    TolvMap& map = TolvMap::Current();
+    for (int gx = 36; gx <= 44; ++gx)
+        for (int gy = 36; gy <= 44; ++gy)
+            map.SetFloor(gx, gy, gx == 42 && gy == 39 ? 1 : 0);
+    map.SetLowXWall(39, 41, 1);
+    map.SetLowYWall(38, 37, 1);
+    Character character;
+    character.gx = 41;
+    character.gy = 43;
+    character.colorDigits = {1, 0, 0, 0, 0, 2};
+    GetColorTable(BodyPart::Vest)[1] = {0, 255, 0, 0};
+    GetColorTable(BodyPart::Vest)[2] = {0, 0, 255, 0};
+    data.MoveCharacter(0, 0, character);
+    TolvRenderer::SetHoverCell(43, 37);
+    TolvRenderer::Port().MarkFloorsDirtyNear(40, 40);
+    Draw();
+
+    EXPECT_EQ(At(40, 40, 0), grey);
+    EXPECT_EQ(At(41.7F, 38.7F, 0), red);
+    EXPECT_EQ(At(42.3F, 38.7F, 0), green);
+    EXPECT_EQ(At(41.7F, 39.3F, 0), blue);
+    EXPECT_EQ(At(42.3F, 39.3F, 0), white);
+    EXPECT_EQ(At(44.8F, 40, 0), 0xFF000000U);
+    // The wall on the low-gx edge of (39, 41) runs towards +gy with u; the floor shows through its hole.
+    EXPECT_EQ(At(38.5F, 40.7F, 1.6F), blue);
+    EXPECT_EQ(At(38.5F, 41.3F, 1.6F), green);
+    EXPECT_EQ(At(38.5F, 40.7F, 0.4F), red);
+    EXPECT_EQ(At(38.5F, 41.3F, 0.4F), grey);
+    EXPECT_EQ(At(37.7F, 36.5F, 1.6F), red);
+    EXPECT_EQ(At(38.3F, 36.5F, 1.6F), white);
+    // The hovered cell: a quarter black, then a fifth white.
+    const std::uint32_t hovered = At(43, 37, 0.03F);
+    EXPECT_NEAR(hovered & 0xFFU, 0x50 * 0.75 * 0.8 + 255 * 0.2, 3);
+    // The character's topmost tip is green, its body half red over what is below.
+    EXPECT_GT(At(41, 42.82F, 0.9F) >> 8 & 0xFFU, 0xC0U);
+    EXPECT_GT(At(41.1F, 43.17F, 0.9F) >> 16 & 0xFFU, 0xC0U);
+}
+
+}  // namespace
