@@ -102,7 +102,7 @@ bool DrawGrid(const std::string& faceName, int pixelHeight, int cell, bool centr
 // White texels with the coverage as alpha, 8 or 4 bits per channel.
 template <typename Texel>
 void WriteTexels(const DXG::TextureLock& lock, const GlyphGrid& grid, Texel (*texelOf)(std::uint8_t coverage)) {
-    const auto side = static_cast<std::size_t>(16 * grid.cell);
+    const std::size_t side = 16 * static_cast<std::size_t>(grid.cell);
     for (std::size_t y = 0; y < side; ++y)
         for (std::size_t x = 0; x < side; ++x) {
             const Texel texel = texelOf(grid.coverage[y * side + x]);

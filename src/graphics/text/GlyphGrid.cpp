@@ -18,7 +18,8 @@ Columns LitColumns(const std::vector<std::uint8_t>& bitmap, int side) {
     Columns lit;
     for (int x = 0; x < side; ++x)
         for (int y = 0; y < side; ++y) {
-            if (bitmap[static_cast<std::size_t>(y * side + x)] == 0) continue;
+            const int pixel = y * side + x;
+            if (bitmap[static_cast<std::size_t>(pixel)] == 0) continue;
             if (lit.leftmost < 0) lit.leftmost = x;
             lit.rightmost = x;
             break;

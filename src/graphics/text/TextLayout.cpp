@@ -46,8 +46,10 @@ std::size_t TakeLine(std::string_view text, std::size_t first, const TextMetrics
 
 void AddQuad(std::vector<TextVertex>& vertices, float x, float y, float size, unsigned char code,
              std::uint32_t colour) {
-    const float u0 = static_cast<float>(code % 16) / 16.0F;
-    const float v0 = static_cast<float>(code / 16) / 16.0F;
+    const int column = code % 16;
+    const int row = code / 16;
+    const float u0 = static_cast<float>(column) / 16.0F;
+    const float v0 = static_cast<float>(row) / 16.0F;
     const float u1 = u0 + 1.0F / 16.0F;
     const float v1 = v0 + 1.0F / 16.0F;
     const TextVertex topLeft{x, y, colour, u0, v0};
