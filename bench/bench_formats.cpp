@@ -27,6 +27,7 @@
 #include "demo/formats/LzwEncoder.h"
 #include "formats/DreamArchive.h"
 #include "formats/Lzw.h"
+#include "platform/FileSystem.h"
 
 namespace {
 
@@ -86,12 +87,13 @@ double SecondsOf(Work work) {
     return ThreadSeconds() - begin;
 }
 
-// Runs both in turn and reports the best times and their ratio.
-template <typename Ours, typename Library>
-void Compare(benchmark::State& state, std::size_t bytes, Ours ours, Library library) {
+// Runs both in turn and reports the best times and their ratio. `prepare` is not timed.
+template <typename Prepare, typename Ours, typename Library>
+void Compare(benchmark::State& state, std::size_t bytes, Prepare prepare, Ours ours, Library library) {
     double bestOurs = std::numeric_limits<double>::max();
     double bestLibrary = std::numeric_limits<double>::max();
     for (auto iteration : state) {
+        prepare();
         const double seconds = SecondsOf(ours);
         bestOurs = std::min(bestOurs, seconds);
         bestLibrary = std::min(bestLibrary, SecondsOf(library));
@@ -175,8 +177,8 @@ void Lzw(benchmark::State& state, std::string (*makeContent)()) {
     TIFF* tiff = file.Open("r");
     std::string byLibrary(contentBytes, '\0');
     std::string byUs;
+    const auto prepare = [&] { byUs.clear(); };
     const auto ours = [&] {
-        byUs.clear();
         LzwDecode(stream, byUs, contentBytes);
         benchmark::DoNotOptimize(byUs.data());
     };
@@ -184,10 +186,11 @@ void Lzw(benchmark::State& state, std::string (*makeContent)()) {
         TIFFReadEncodedStrip(tiff, 0, byLibrary.data(), static_cast<tmsize_t>(byLibrary.size()));
         benchmark::DoNotOptimize(byLibrary.data());
     };
+    prepare();
     ours();
     library();
     Require(byUs == content && byLibrary == content, "the decoders disagree");
-    Compare(state, contentBytes, ours, library);
+    Compare(state, contentBytes, prepare, ours, library);
     state.counters["stream_MiB"] = static_cast<double>(stream.size()) / (1 << 20);
     TIFFClose(tiff);
 }
@@ -195,33 +198,34 @@ void Lzw(benchmark::State& state, std::string (*makeContent)()) {
 // A whole archive with one bzip2 entry, unpacked into a folder, against one call of the library that knows the size.
 void Bzip2Archive(benchmark::State& state, std::string (*makeContent)()) {
     const std::string content = makeContent();
-    const std::string packed = demo::StoredData(demo::ArchiveMethod::Bzip2, content);
+    std::string packed = demo::StoredData(demo::ArchiveMethod::Bzip2, content);
     std::ofstream("bench.arc", std::ios::binary)
         << demo::WriteArchive({{"out.bin", demo::ArchiveMethod::Bzip2, content}});
     std::string byLibrary(contentBytes, '\0');
-    const auto ours = [&] {
+    const auto prepare = [&] {
         std::filesystem::remove("out.bin");
-        Require(UnpackDreamArchive("bench.arc"), "the archive does not unpack");
+        platform::ForgetListings();
     };
+    const auto ours = [&] { Require(UnpackDreamArchive("bench.arc"), "the archive does not unpack"); };
     const auto library = [&] {
         auto size = static_cast<unsigned>(byLibrary.size());
-        std::string source = packed;
-        BZ2_bzBuffToBuffDecompress(byLibrary.data(), &size, source.data(), static_cast<unsigned>(source.size()), 0, 0);
+        BZ2_bzBuffToBuffDecompress(byLibrary.data(), &size, packed.data(), static_cast<unsigned>(packed.size()), 0, 0);
         benchmark::DoNotOptimize(byLibrary.data());
     };
+    prepare();
     ours();
     library();
     std::ifstream written("out.bin", std::ios::binary);
     std::stringstream byUs;
     byUs << written.rdbuf();
     Require(byUs.str() == content && byLibrary == content, "the unpacked file differs");
-    Compare(state, contentBytes, ours, library);
+    Compare(state, contentBytes, prepare, ours, library);
 }
 
 BENCHMARK_CAPTURE(Lzw, sprites, SpriteLikeBytes)->UseManualTime()->MinTime(2)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Lzw, text, TextBytes)->UseManualTime()->MinTime(2)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(Bzip2Archive, sprites, SpriteLikeBytes)->UseManualTime()->MinTime(2)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(Bzip2Archive, text, TextBytes)->UseManualTime()->MinTime(2)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Bzip2Archive, sprites, SpriteLikeBytes)->UseManualTime()->MinTime(4)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Bzip2Archive, text, TextBytes)->UseManualTime()->MinTime(4)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 

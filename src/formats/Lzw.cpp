@@ -37,12 +37,14 @@ constexpr auto singleBytes = MakeSingleBytes();
 
 constexpr std::size_t chunk = 16;
 
-// Copies forward in whole chunks, so up to chunk - 1 bytes after the end are overwritten. Right for ranges that lie
-// apart or whose source ends at or before the destination.
+// Copies forward in whole chunks, so up to chunk - 1 bytes after the end are overwritten. The source may end where the
+// destination begins: what a chunk then reads too much only goes into bytes that count for nothing yet.
 inline void CopyInChunks(char* to, const char* from, std::size_t count) {
-    std::memcpy(to, from, chunk);
-    for (std::size_t i = chunk; i < count; i += chunk)
-        std::memcpy(to + i, from + i, chunk);
+    for (std::size_t i = 0; i == 0 || i < count; i += chunk) {
+        std::array<char, chunk> bytes;
+        std::memcpy(bytes.data(), from + i, chunk);
+        std::memcpy(to + i, bytes.data(), chunk);
+    }
 }
 
 // Eight bytes from `position`, most significant first, zeros after the end.
