@@ -36,7 +36,7 @@ constexpr FloorEntry floorTable[] = {
     {floors::Crystal, 41, "Crystal, warm under your feet.", true},
     {floors::Coral, 43, "Coral sand.", true},
     {floors::Parquet, 44, "Polished parquet.", true},
-    {floors::Starfield, 46, "Stars, a long way down. You do not fall.", true},
+    {floors::Starfield, 512, "Stars, a long way down. You do not fall.", true},
     {floors::GrassOverSand, floors::GrassOverSand + 15, "Where the grass ends and the sand begins.", true},
     {floors::CobbleOverGrass, floors::CobbleOverGrass + 15, "The edge of the cobbled path.", true},
     {floors::DirtOverGrass, floors::DirtOverGrass + 15, "The edge of the path.", true},

@@ -31,15 +31,15 @@ enum Number : std::uint16_t {
     Crystal = 40,  // 40 and 41: dreams
     Coral = 42,
     Parquet = 44,
-    Starfield = 45,  // 45 and 46
     // Borders between two grounds, by which of the four corners carry the upper one: number + mask, mask 1 to 14.
     GrassOverSand = 60,
     CobbleOverGrass = 76,
     DirtOverGrass = 92,
     SandOverWater = 108,
     UndergrowthOverGrass = 124,
-    Outside = 161,  // what the client draws beyond the map
-    Mosaic = 501,   // 501 and 502, from the extra archive
+    Outside = 161,    // what the client draws beyond the map
+    Mosaic = 501,     // 501 and 502, from the extra archive
+    Starfield = 503,  // 503 to 512
 };
 constexpr int borderMasks = 16;
 }  // namespace floors

@@ -46,7 +46,8 @@ Place MakeTideGarden(Cell wayBack) {
         if (p.FloorAt(x, y) == floors::Coral && luck < 0.07)
             p.Object(x, y, luck < 0.05 ? objects::Seaweed : luck < 0.06 ? objects::Shell : objects::Rock);
     });
-    p.Floors(-4, -4, 5, 5, floors::Mosaic, 2);
+    p.Floors(-4, -4, 5, 5, floors::Crystal, 2);
+    p.Floors(-1, -1, 2, 2, floors::Mosaic, 2);
     for (int y = -4; y < 5; ++y)
         for (int x = -4; x < 5; ++x)
             p.Object(x, y, 0);
@@ -57,7 +58,6 @@ Place MakeTideGarden(Cell wayBack) {
     }
     p.Floor(-3, -3, floors::Portal);
     p.Objects(objects::CrystalCluster, {{4, -4}, {-4, 4}});
-    p.Object(3, 3, 0);
     dream.start = p.At(0, 1);
     dream.doors = {{p.At(-3, -3), townName, wayBack}};
     dream.labels = {{p.At(-3, -3), "Way back", "to Tessaly"}, {p.At(0, 8), "Reef", "watch your step"}};
@@ -74,7 +74,7 @@ Place MakeTideGarden(Cell wayBack) {
 Place MakeStarLibrary(Cell wayBack) {
     Place dream = EmptyDream(starLibraryName, "stars.pcx", "(> Shelf upon shelf, and between them nothing but stars.");
     MapPainter p(dream.map);
-    p.ForEach([&](int x, int y) { p.Floor(x, y, floors::Starfield + static_cast<int>(2 * Scatter(x, y, 2))); });
+    p.ForEach([&](int x, int y) { p.Floor(x, y, floors::Starfield + static_cast<int>(10 * Scatter(x, y, 2))); });
     BuildHall(p, -6, -6, 7, 7);
     BuildHall(p, 11, -4, 18, 5);
     BuildHall(p, -17, -4, -10, 5);

@@ -40,13 +40,16 @@ double DistanceToWater(double x, double y) {
 bool IsOnStreet(double x, double y) {
     const Point p{x, y};
     return (std::abs(x) <= 7.0 && std::abs(y) <= 7.0) || DistanceToLine(p, {-24.0, 2.0}, {33.0, 2.0}) < 1.3 ||
-           DistanceToLine(p, {1.0, -27.0}, {1.0, 22.0}) < 1.3 || DistanceToLine(p, {-8.0, -5.5}, {0.0, -5.5}) < 0.8;
+           DistanceToLine(p, {1.0, -27.0}, {1.0, 22.0}) < 1.3 || DistanceToLine(p, {-9.0, -2.0}, {-6.0, -2.0}) < 0.8 ||
+           DistanceToLine(p, {-3.0, -8.0}, {-3.0, -6.0}) < 0.8;
 }
 
-bool IsOnPath(double x, double y) {
+double DistanceToPath(double x, double y) {
     const Point p{x, y};
-    return DistanceToLine(p, {-24.0, 2.0}, {-30.0, 8.0}) < 1.0 || DistanceToLine(p, {1.0, 20.0}, {-8.0, 25.0}) < 0.9 ||
-           DistanceToLine(p, {30.0, 2.0}, {30.0, -9.0}) < 0.9 || DistanceToLine(p, {30.0, 2.0}, {33.0, 14.0}) < 0.9;
+    return std::min({DistanceToLine(p, {-24.0, 2.0}, {-29.0, 8.0}), DistanceToLine(p, {-29.0, 8.5}, {-31.0, 8.5}),
+                     DistanceToLine(p, {1.0, 20.0}, {-8.0, 25.0}), DistanceToLine(p, {30.0, 2.0}, {30.0, -8.0}),
+                     DistanceToLine(p, {30.0, 2.0}, {33.0, 14.0}), 0.2 + DistanceToLine(p, {1.0, 14.0}, {8.0, 14.0}),
+                     0.2 + DistanceToLine(p, {-15.0, 0.0}, {-15.0, 2.0})});
 }
 
 Ground TownGround(int cornerX, int cornerY) {
@@ -55,13 +58,17 @@ Ground TownGround(int cornerX, int cornerY) {
     const double y = cornerY - 0.5;
     const double water = DistanceToWater(x, y);
     if (water < 0.0) return Ground::Water;
-    if (water < 1.6) return Ground::Sand;
-    if (water < 2.8) return Ground::Grass;
+    if (water < 2.2) return Ground::Sand;
+    const double landing = std::hypot(x - 29.5, y + 11.0) - 2.6 + 0.3 * Wobble(x, y);
+    if (landing < 0.0) return Ground::Sand;
+    if (water < 3.4 || landing < 1.5) return Ground::Grass;
     if (IsOnStreet(x, y)) return Ground::Cobble;
-    if (IsOnPath(x, y)) return Ground::Dirt;
+    const double path = DistanceToPath(x, y);
+    if (path < 1.0) return Ground::Dirt;
     const double edge = 60.0 - std::max(std::abs(x + y), std::abs(x - y)) + 2.0 * Wobble(x / 2.0, y / 2.0);
-    const double wood = x + 19.0 + 2.5 * Wobble(x / 2.0, y / 2.0) + 0.05 * y * y - 6.0;
-    return edge < 10.0 || (wood < 0.0 && !IsOnPath(x, y)) ? Ground::Wood : Ground::Grass;
+    const double wood = x + 13.0 + 2.5 * Wobble(x / 2.0, y / 2.0) + 0.05 * y * y;
+    // Grass lies along every way through the wood.
+    return path > 2.4 && (edge < 10.0 || wood < 0.0) && std::abs(y - 1.5) > 3.5 ? Ground::Wood : Ground::Grass;
 }
 
 // A house with a parlour and a kitchen, its doors toward the square.
@@ -82,8 +89,6 @@ void BuildBakery(MapPainter& p) {
     p.Objects(objects::Shelf, {{-6, -15}, {-9, -12}});
     p.Objects(objects::Barrel, {{-9, -9}, {-8, -9}});
     p.Objects(objects::Flowerpot, {{-5, -7}, {-1, -7}});
-    for (int x = -3; x <= -3; ++x)
-        p.Floors(x, -8, x + 1, -6, floors::Cobble, 3);
 }
 
 // Brick, two rooms and a bed.
@@ -100,8 +105,6 @@ void BuildCottage(MapPainter& p) {
     p.Objects(objects::Shelf, {{-10, -6}, {-11, -6}});
     p.Objects(objects::Table, {{-10, -5}});
     p.Objects(objects::Lamp, {{-8, -4}});
-    p.Floors(-9, -2, -7, -1, floors::Cobble, 3);
-    p.Floors(-15, 0, -14, 1, floors::Dirt, 2);
 }
 
 // Castle walls to the north with a gate, and the smithy in their shelter.
@@ -148,7 +151,6 @@ void BuildRuin(MapPainter& p) {
     p.Floor(-33, 10, floors::Portal);
     p.Objects(objects::CrystalCluster, {{-35, 8}, {-30, 12}});
     p.Objects(objects::Rock, {{-31, 15}, {-37, 12}, {-28, 6}});
-    p.Floors(-30, 8, -28, 10, floors::Dirt, 2);
 }
 
 void BuildSquare(MapPainter& p) {
@@ -169,10 +171,8 @@ void BuildSquare(MapPainter& p) {
 
 // A garden behind hedges, with the well.
 void BuildGarden(MapPainter& p) {
-    p.Floors(4, 10, 13, 18, floors::Grass, 4);
     p.Walls(4, 10, 13, 18, walls::Hedge);
     p.WallX(4, 14, walls::RoseArch);
-    p.Floors(3, 14, 9, 15, floors::Dirt, 2);
     p.Floors(5, 11, 12, 12, floors::GrassFlowers);
     p.Floors(5, 16, 12, 17, floors::GrassFlowers);
     p.Object(9, 14, objects::Well);
@@ -191,7 +191,6 @@ void BuildBridge(MapPainter& p) {
 
 // The landing place at the lake, with the way into the sea garden.
 void BuildShore(MapPainter& p) {
-    p.Floors(28, -13, 33, -8, floors::Sand, 2);
     p.Floor(30, -11, floors::Portal);
     p.Objects(objects::Shell, {{28, -12}, {32, -9}});
     p.Object(14, -19, objects::Boat);
@@ -293,7 +292,7 @@ Place MakeTown() {
     BuildBridge(p);
     BuildShore(p);
     PlantTrees(p);
-    town.start = p.At(2, 4);
+    town.start = p.At(-3, -4);
     town.doors = {
         {p.At(-33, 10), starLibraryName, {}}, {p.At(30, -11), tideGardenName, {}}, {p.At(33, 16), fadedDreamName, {}}};
     town.labels = {{p.At(-33, 10), "Star Library", "a dream"},       {p.At(30, -11), "Tide Garden", "a dream"},
