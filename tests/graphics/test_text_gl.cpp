@@ -15,6 +15,8 @@
 
 namespace {
 
+constexpr std::uint32_t tint = 0xFF8040C0;
+
 std::vector<std::uint32_t> PictureOfTexts() {
     std::vector<std::uint32_t> argb;
     unsigned width = 0;
@@ -22,7 +24,7 @@ std::vector<std::uint32_t> PictureOfTexts() {
     if (!DXG::BeginFrame(0, false, true)) return argb;
     DXG::Clear(0xFF000000, true, true, true, 0);
     DXG::Set2DWholeBackBuffer();
-    G::DrawFreeText({"K", {{0, 0xFF8040C0}}}, 100, 50, 16, "", false);
+    G::DrawFreeText({"K", {{0, tint}}}, 100, 50, 16, "", false);
     G::TextWindow chat(40, 300, 700, 250, 60);
     for (int i = 0; i < 40; ++i)
         chat.AddLine({"[] a line with letters of all heights, (Qgj)", {}});
@@ -55,16 +57,14 @@ TEST(TextOnOpenGl, IsSharpAndClipped) {
         for (unsigned x = 0; x < 16; ++x) {
             const double coverage = grid.coverage.at(('K' / 16 * 16 + y) * 256 + 'K' % 16 * 16 + x) / 255.0;
             const std::uint32_t pixel = picture[(51 + y) * 800 + 101 + x];
-            EXPECT_NEAR(pixel >> 16U & 0xFFU, 0x80 * coverage, 2) << x << ' ' << y;
-            EXPECT_NEAR(pixel >> 8U & 0xFFU, 0x40 * coverage, 2) << x << ' ' << y;
-            EXPECT_NEAR(pixel & 0xFFU, 0xC0 * coverage, 2) << x << ' ' << y;
+            for (const unsigned shift : {0U, 8U, 16U})
+                EXPECT_NEAR(pixel >> shift & 0xFFU, (tint >> shift & 0xFFU) * coverage, 2) << x << ' ' << y;
         }
-    const auto litRow = [&](unsigned y) {
-        return std::any_of(&picture[y * 800], &picture[(y + 1) * 800], [](auto pixel) { return (pixel & 0xFFU) > 64; });
-    };
-    const std::pair<unsigned, bool> rows[] = {{299, false}, {300, true}, {549, true}, {550, false}};
-    for (const auto& [y, lit] : rows)
-        EXPECT_EQ(litRow(y), lit) << y;
+    for (const unsigned y : {299U, 300U, 549U, 550U}) {
+        const std::uint32_t* row = &picture[y * 800];
+        const bool lit = std::any_of(row, row + 800, [](std::uint32_t pixel) { return (pixel & 0xFFU) > 64; });
+        EXPECT_EQ(lit, y >= 300 && y < 550) << y;
+    }
 }
 
 }  // namespace

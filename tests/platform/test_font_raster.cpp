@@ -9,7 +9,6 @@ namespace {
 struct Drawn {
     std::vector<std::uint8_t> coverage;
     int left = 99, top = 99, right = -1, bottom = -1;  // of the lit pixels, inclusive
-    bool operator==(const Drawn&) const = default;
 };
 
 Drawn Draw(const std::unique_ptr<platform::FontFace>& face, int code, int x, int y, int side) {
@@ -45,7 +44,7 @@ TEST(FontRaster, MovesAndCutsOff) {
         EXPECT_EQ(Draw(face, 'W', x, y, 16).right < 0, x == -500 || x == 500) << x << ' ' << y;
     const auto larger = platform::OpenFont("Arial", 31);  // of the same file
     EXPECT_GT(Draw(larger, 'W', 20, 20, 64).right, whole.right);
-    EXPECT_EQ(Draw(face, 'W', 20, 20, 64), whole);
+    EXPECT_EQ(Draw(face, 'W', 20, 20, 64).coverage, whole.coverage);
 }
 
 TEST(FontRaster, CodesOfTheWesternPage) {
@@ -59,13 +58,11 @@ TEST(FontRaster, CodesOfTheWesternPage) {
 }
 
 TEST(FontRaster, NamesFindTheirFaces) {
-    const auto lookOf = [](const char* name) { return Draw(platform::OpenFont(name, 31), 'R', 1, 1, 40); };
-    const Drawn sans = lookOf("Liberation Sans");
-    const Drawn serif = lookOf("Liberation Serif");
-    ASSERT_NE(sans.coverage, serif.coverage);
-    EXPECT_EQ(lookOf("times new roman"), serif);
+    const auto lookOf = [](const char* name) { return Draw(platform::OpenFont(name, 31), 'R', 1, 1, 40).coverage; };
+    ASSERT_NE(lookOf("Liberation Sans"), lookOf("Liberation Serif"));
+    EXPECT_EQ(lookOf("times new roman"), lookOf("Liberation Serif"));
     for (const char* name : {"Arial", "ARIAL", "Ariel", "", "no such face", "a:b=c"})
-        EXPECT_EQ(lookOf(name), sans) << name;
+        EXPECT_EQ(lookOf(name), lookOf("Liberation Sans")) << name;
 }
 
 }  // namespace
