@@ -5,6 +5,7 @@
 #include <map>
 
 #include "demo/server/Game.h"
+#include "demo/server/Road.h"
 #include "demo/server/Wire.h"
 #include "demo/world/Catalogue.h"
 
@@ -202,6 +203,45 @@ TEST_F(GameTest, LeadsIntoADreamAndBack) {
     EXPECT_EQ(game.FindCharacter("Ada"), nullptr);
     game.Line(1, "goback");
     EXPECT_EQ(game.FindCharacter("Ada")->scene->place.name, "lawn");
+}
+
+TEST(World, EveryDoorCanBeReachedOnFoot) {
+    for (const Place& place : MakePlaces()) {
+        const Scene scene(place);
+        EXPECT_TRUE(scene.IsFree(place.start)) << place.name;
+        EXPECT_FALSE(place.inhabitants.empty()) << place.name;
+        for (const Door& door : place.doors)
+            EXPECT_NE(RoadTo(place, door.to), "") << place.name << " to " << door.to;
+        for (const Cell sundial : place.sundials)
+            EXPECT_TRUE(scene.IsFree(sundial)) << place.name;
+    }
+}
+
+// Two hours pass for a player who watches: nobody walks through anything, and everything that is to happen by itself
+// does.
+TEST(World, LivesByItself) {
+    Record record;
+    ServerLog log;
+    log.Silence();
+    Game game(MakePlaces(), {{"Ada", "pw"}}, GameOptions{}, record, log);
+    game.Joined(1);
+    for (const char* line : {"connect Ada pw", "desc x", "color 0123456789!! "})
+        game.Line(1, line);
+    record.Take(1);
+    std::map<char, int> seen;
+    for (int second = 0; second < 7200; ++second) {
+        game.Tick(1.0);
+        const std::string sent = record.Take(1);
+        for (std::size_t at = 0; at < sent.size(); at = sent.find('\n', at) + 1)
+            ++seen[sent[at]];
+        for (const auto& name : {townName, tideGardenName})
+            for (const Figure* figure : game.FindScene(name)->figures) {
+                const CellContent* ground = game.FindScene(name)->now.At(figure->cell);
+                ASSERT_TRUE(ground && IsWalkable(ground->floor) && !IsSolid(ground->object)) << figure->name;
+            }
+    }
+    for (const char kind : {'/', '(', '1', '>', ']', ';'})
+        EXPECT_GT(seen[kind], 3) << kind;
 }
 
 TEST_F(GameTest, TheNextLoginOfAPlayerReplacesTheFirst) {
