@@ -12,6 +12,7 @@ namespace {
 
 using platform::DeviceResult;
 using platform::PixelFormat;
+using enum platform::PixelFormat;
 
 // What stands in a log after the system report.
 std::string DeviceReport() {
@@ -84,15 +85,13 @@ TEST_F(Device, OldDriversAreKnownForTwoVendors) {
         std::uint32_t vendor, high, low;
         bool old;
     };
-    const Row rows[] = {
-        {0x1002, 0x0006000D, 0xFFFFFFFF, true},
-        {0x1002, 0x0006000E, 0x000A19C6, true},
-        {0x1002, 0x0006000E, 0x000A19C7, false},
-        {0x10DE, 0x0006000E, 0x000A19C7, true},
-        {0x10DE, 0x0006000E, 0x000A1E61, false},
-        {0x10DE, 0x0006000F, 0, false},
-        {0x8086, 0, 0, false},
-    };
+    const Row rows[] = {{0x1002, 0x0006000D, 0xFFFFFFFF, true},
+                        {0x1002, 0x0006000E, 0x000A19C6, true},
+                        {0x1002, 0x0006000E, 0x000A19C7, false},
+                        {0x10DE, 0x0006000E, 0x000A19C7, true},
+                        {0x10DE, 0x0006000E, 0x000A1E61, false},
+                        {0x10DE, 0x0006000F, 0, false},
+                        {0x8086, 0, 0, false}};
     for (const Row& row : rows) {
         script.identity.vendorId = row.vendor;
         script.identity.driverVersionHigh = row.high;
@@ -106,7 +105,6 @@ TEST_F(Device, OldDriversAreKnownForTwoVendors) {
 }
 
 TEST_F(Device, FormatsFallBackInTheirOrder) {
-    using enum PixelFormat;
     const std::string noDisplay =
         "No valid display formats available\nProbably going to die... but never give up!  I'll just try a common 32 "
         "bit format anyways.\n";
@@ -132,8 +130,7 @@ TEST_F(Device, FormatsFallBackInTheirOrder) {
         {"desktop of 16 bits wins", 16, false, true, true, {X8R8G8B8, X1R5G5B5}, {D15S1}, X1R5G5B5, D15S1, ""},
         {"fullscreen keeps the wish", 16, true, true, false, {X8R8G8B8}, {D32, D24S8}, X8R8G8B8, D32, ""},
         {"nothing", 24, false, true, true, {}, {}, X8R8G8B8, D16, oddDesktop + noDisplay + noStencil + noDepth},
-        {"no stencil", 32, false, true, true, {X8R8G8B8}, {D16}, X8R8G8B8, D16, noStencil},
-    };
+        {"no stencil", 32, false, true, true, {X8R8G8B8}, {D16}, X8R8G8B8, D16, noStencil}};
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
         support::ClearErrorLog();
@@ -159,7 +156,7 @@ TEST_F(Device, DisplayFormatOfAnEarlierStartIsTheFallback) {
     DXG::Shutdown();
     script.displayFormats.clear();
     ASSERT_TRUE(foundation.Start());
-    EXPECT_EQ(foundation.scripted.lastParameters.backBufferFormat, PixelFormat::R5G6B5);
+    EXPECT_EQ(foundation.scripted.lastParameters.backBufferFormat, R5G6B5);
     EXPECT_EQ(support::ErrorLogText(), "");
 }
 
@@ -173,8 +170,7 @@ TEST_F(Device, CreationIsTriedThreeTimes) {
         {{no, no, DeviceResult::InvalidCall}, bad + "  -bad parameters\n"},
         {{no, no, DeviceResult::NotAvailable}, bad + "  -device doesn't support requested features\n"},
         {{no, no, DeviceResult::OutOfVideoMemory}, bad + "  -device doesn't have enough video memory free\n"},
-        {{no, no, no}, bad},
-    };
+        {{no, no, no}, bad}};
     foundation.setup.stencil = true;
     for (const auto& [answers, errors] : rows) {
         support::ClearErrorLog();
@@ -184,7 +180,7 @@ TEST_F(Device, CreationIsTriedThreeTimes) {
         EXPECT_EQ(foundation.Start(), answers.size() < 3);
         EXPECT_EQ(support::ErrorLogText(), errors);
         EXPECT_EQ(foundation.scripted.CallsNamed("CreateDevice").size(), third ? 3U : 2U);
-        EXPECT_EQ(foundation.scripted.lastParameters.depthFormat, third ? PixelFormat::D16 : PixelFormat::D24S8);
+        EXPECT_EQ(foundation.scripted.lastParameters.depthFormat, third ? D16 : D24S8);
         EXPECT_EQ(DXG::GetSetup().stencil, !third);
         EXPECT_EQ(DXG::HasFailed(), answers.size() == 3);
         foundation.Stop();
@@ -290,8 +286,7 @@ TEST_F(Device, ResetsFailInThreeWays) {
         {DeviceResult::OutOfVideoMemory, DeviceResult::Ok, true, true, "Graphics device out of memory\n"},
         {DeviceResult::DeviceLost, DeviceResult::Ok, true, false, ""},
         {DeviceResult::Ok, DeviceResult::Failed, true, false, ""},
-        {DeviceResult::Ok, DeviceResult::Ok, false, false, ""},
-    };
+        {DeviceResult::Ok, DeviceResult::Ok, false, false, ""}};
     for (const Row& row : rows) {
         ASSERT_TRUE(foundation.Start());
         support::ClearErrorLog();

@@ -190,11 +190,10 @@ TEST_F(Buffers, ImmediateModeCountsPrimitives) {
         Primitive primitive;
         unsigned primitives;
     };
-    const Row rows[] = {
-        {0, 5, Primitive::Points, 5},      {1, 5, Primitive::Lines, 2},       {2, 7, Primitive::Triangles, 2},
-        {3, 5, Primitive::TriangleFan, 3}, {3, 2, Primitive::TriangleFan, 0}, {1, 1, Primitive::Lines, 0},
-        {2, 0, Primitive::Triangles, 0},
-    };
+    const Row rows[] = {{0, 5, Primitive::Points, 5},      {1, 5, Primitive::Lines, 2},
+                        {2, 7, Primitive::Triangles, 2},   {3, 5, Primitive::TriangleFan, 3},
+                        {3, 2, Primitive::TriangleFan, 0}, {1, 1, Primitive::Lines, 0},
+                        {2, 0, Primitive::Triangles, 0}};
     for (const Row& row : rows) {
         scripted.ForgetCalls();
         DXG::IMBegin(row.type);

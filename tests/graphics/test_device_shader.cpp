@@ -82,8 +82,7 @@ TEST_F(Shaders, VertexProfilesAreTriedInOrder) {
          3,
          "Shader warning(s) (s\\a.hlsl_v):\nhm\nFailed to create shader (s\\a.hlsl_v), though it did compile... "
          "hardware can't handle it probably.\n",
-         ""},
-    };
+         ""}};
     compilerText = "hm";
     for (const Row& row : rows) {
         support::ClearErrorLog();
@@ -193,8 +192,7 @@ TEST_F(Shaders, StandardMatricesAreWrittenExactly) {
         {"ModelMatrix", true, world, false},
         {"ViewMatrix", true, view, true},
         {"ProjectionMatrix", false, projection, true},
-        {"WorldRotMatrix", false, world, false},
-    };
+        {"WorldRotMatrix", false, world, false}};
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
         const G::SShaderApiData& api = shader.Record()->api;

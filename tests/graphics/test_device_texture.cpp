@@ -18,8 +18,12 @@ namespace {
 using DXG::Texture;
 using DXG::TextureType;
 using platform::DeviceResult;
-using platform::ImageLayout;
 using platform::PixelFormat;
+using enum DXG::TextureType;
+using enum platform::ImageLayout;
+using enum platform::PixelFormat;
+
+const std::string stack = "  -call stack:\n\n";
 
 platform::ScriptedTexture& ObjectOf(const Texture& texture) {
     return dynamic_cast<platform::ScriptedTexture&>(*texture.Record()->api.object);
@@ -45,11 +49,11 @@ struct Textures : testing::Test {
 };
 
 TEST_F(Textures, OneFileIsOneRecord) {
-    AddPicture("Data\\A.bmp", 16, 16, ImageLayout::Rgb24);
+    AddPicture("Data\\A.bmp", 16, 16, Rgb24);
     Texture first, second, copy;
-    EXPECT_TRUE(first.Load("Data\\A.bmp", TextureType::AsFile, false, false));
-    EXPECT_TRUE(second.Load("data\\a.BMP", TextureType::AsFile, true, true));
-    EXPECT_TRUE(first.Load("DATA\\A.BMP", TextureType::Free, false, false)) << "it holds that file already";
+    EXPECT_TRUE(first.Load("Data\\A.bmp", AsFile, false, false));
+    EXPECT_TRUE(second.Load("data\\a.BMP", AsFile, true, true));
+    EXPECT_TRUE(first.Load("DATA\\A.BMP", Free, false, false)) << "it holds that file already";
     copy = first;
     EXPECT_TRUE(first.IsSameAs(second) && copy.IsSameAs(second));
     EXPECT_EQ(scripted.CallsNamed("CreateTexture").size(), 1U);
@@ -64,10 +68,9 @@ TEST_F(Textures, OneFileIsOneRecord) {
 }
 
 TEST_F(Textures, ImagesThatCannotBeUsedAreReported) {
-    const std::string stack = "  -call stack:\n\n";
-    AddPicture("hundred.bmp", 100, 100, ImageLayout::Rgb24);
-    AddPicture("damaged.bmp", 16, 16, ImageLayout::Rgb24).status = platform::ImageStatus::InvalidData;
-    AddPicture("fine.bmp", 16, 16, ImageLayout::Rgb24);
+    AddPicture("hundred.bmp", 100, 100, Rgb24);
+    AddPicture("damaged.bmp", 16, 16, Rgb24).status = platform::ImageStatus::InvalidData;
+    AddPicture("fine.bmp", 16, 16, Rgb24);
     folder.Write("real.dds", "DDS ");
     struct Row {
         const char* file;
@@ -77,21 +80,18 @@ TEST_F(Textures, ImagesThatCannotBeUsedAreReported) {
     };
     const std::string fine = "Failed to load image \"fine.bmp\"\n";
     const Row rows[] = {
-        {"fine.bmp", TextureType::Free, DeviceResult::Ok, "Error: attempt to load texture of type FREE\n" + stack},
-        {"none.bmp", TextureType::AsFile, DeviceResult::Ok, "Failed to load image \"none.bmp\"\n" + stack},
-        {"real.dds", TextureType::AsFile, DeviceResult::Ok,
+        {"fine.bmp", Free, DeviceResult::Ok, "Error: attempt to load texture of type FREE\n" + stack},
+        {"none.bmp", AsFile, DeviceResult::Ok, "Failed to load image \"none.bmp\"\n" + stack},
+        {"real.dds", AsFile, DeviceResult::Ok,
          "Error: .dds file(real.dds) being loaded.  This format is depreciated for compatability reasons. "
          "Failing.\n"},
-        {"hundred.bmp", TextureType::AsFile, DeviceResult::Ok,
+        {"hundred.bmp", AsFile, DeviceResult::Ok,
          "Unable to load image \"hundred.bmp\"\n  -dimensions must be powers of 2\n" + stack},
-        {"damaged.bmp", TextureType::AsFile, DeviceResult::Ok,
+        {"damaged.bmp", AsFile, DeviceResult::Ok,
          "Failed to load image \"damaged.bmp\"\n  -file contains invalid data\n" + stack},
-        {"fine.bmp", TextureType::CubeMap, DeviceResult::Ok,
-         fine + "  -graphics device doesn't support requested type\n" + stack},
-        {"fine.bmp", TextureType::Colour, DeviceResult::OutOfVideoMemory,
-         fine + "  -graphics device out of memory\n" + stack},
-        {"fine.bmp", TextureType::Colour, DeviceResult::Failed, fine + stack},
-    };
+        {"fine.bmp", CubeMap, DeviceResult::Ok, fine + "  -graphics device doesn't support requested type\n" + stack},
+        {"fine.bmp", Colour, DeviceResult::OutOfVideoMemory, fine + "  -graphics device out of memory\n" + stack},
+        {"fine.bmp", Colour, DeviceResult::Failed, fine + stack}};
     for (const Row& row : rows) {
         support::ClearErrorLog();
         scripted.script.createTexture = {row.creation};
@@ -114,10 +114,10 @@ TEST_F(Textures, LevelsAndAspect) {
                         {8, 8, true, 1, false},    {1, 1, true, 1, false},     {256, 32, true, 3, false},
                         {512, 32, true, 3, true},  {2, 32, false, 1, true}};
     for (const Row& row : rows) {
-        AddPicture("a.bmp", row.width, row.height, ImageLayout::Rgb24);
+        AddPicture("a.bmp", row.width, row.height, Rgb24);
         support::ClearErrorLog();
         Texture texture;
-        ASSERT_TRUE(texture.Load("a.bmp", TextureType::AsFile, row.mipmaps, true));
+        ASSERT_TRUE(texture.Load("a.bmp", AsFile, row.mipmaps, true));
         EXPECT_EQ(ObjectOf(texture).Levels(), row.levels) << row.width << " x " << row.height;
         EXPECT_EQ(texture.Record()->mipmapped, row.mipmaps);
         EXPECT_EQ(support::ErrorLogWithoutStacks(),
@@ -131,24 +131,17 @@ TEST_F(Textures, LevelsAndAspect) {
 TEST_F(Textures, FormatsFollowTypeFileAndDesktop) {
     struct Row {
         TextureType type;
-        ImageLayout layout;
+        platform::ImageLayout layout;
         bool colourKey;
         PixelFormat deep, shallow;
         TextureType typeAfter;
     };
-    const Row rows[] = {
-        {TextureType::AsFile, ImageLayout::Rgb24, false, PixelFormat::X8R8G8B8, PixelFormat::X8R8G8B8,
-         TextureType::Colour},
-        {TextureType::AsFile, ImageLayout::Indexed8, true, PixelFormat::A8R8G8B8, PixelFormat::A8R8G8B8,
-         TextureType::ColourAlpha},
-        {TextureType::AsFile, ImageLayout::Argb32, false, PixelFormat::A8R8G8B8, PixelFormat::A8R8G8B8,
-         TextureType::ColourAlpha},
-        {TextureType::Alpha, ImageLayout::Argb32, false, PixelFormat::A8, PixelFormat::A8, TextureType::Alpha},
-        {TextureType::Colour, ImageLayout::Argb32, false, PixelFormat::X8R8G8B8, PixelFormat::R5G6B5,
-         TextureType::Colour},
-        {TextureType::ColourAlpha, ImageLayout::Rgb32, false, PixelFormat::A8R8G8B8, PixelFormat::A4R4G4B4,
-         TextureType::ColourAlpha},
-    };
+    const Row rows[] = {{AsFile, Rgb24, false, X8R8G8B8, X8R8G8B8, Colour},
+                        {AsFile, Indexed8, true, A8R8G8B8, A8R8G8B8, ColourAlpha},
+                        {AsFile, Argb32, false, A8R8G8B8, A8R8G8B8, ColourAlpha},
+                        {Alpha, Argb32, false, A8, A8, Alpha},
+                        {Colour, Argb32, false, X8R8G8B8, R5G6B5, Colour},
+                        {ColourAlpha, Rgb32, false, A8R8G8B8, A4R4G4B4, ColourAlpha}};
     for (const bool shallow : {false, true}) {
         if (shallow) UseShallowColour();
         for (const Row& row : rows) {
@@ -160,76 +153,70 @@ TEST_F(Textures, FormatsFollowTypeFileAndDesktop) {
         }
     }
     scripted.script.textureFormats.clear();
-    for (const auto& [type, format] : {std::pair{TextureType::Colour, PixelFormat::X8R8G8B8},
-                                       std::pair{TextureType::ColourAlpha, PixelFormat::A1R5G5B5}}) {
+    for (const auto& [type, format] : {std::pair{Colour, X8R8G8B8}, std::pair{ColourAlpha, A1R5G5B5}}) {
         Texture texture;
         ASSERT_TRUE(texture.Load("a.png", type, false, false));
         EXPECT_EQ(ObjectOf(texture).Format(), format) << "the device cannot sample the one wanted";
     }
-    scripted.script.textureFormatGiven = PixelFormat::D16;
+    scripted.script.textureFormatGiven = D16;
     Texture odd;
     support::ClearErrorLog();
-    EXPECT_TRUE(odd.Create(4, 4, TextureType::Colour, 1, false));
-    EXPECT_EQ(odd.Type(), TextureType::ColourAlpha);
+    EXPECT_TRUE(odd.Create(4, 4, Colour, 1, false));
+    EXPECT_EQ(odd.Type(), ColourAlpha);
     EXPECT_EQ(support::ErrorLogWithoutStacks().find("Internal DXG Error: unable to deduce texture type"), 0U);
 }
 
 TEST_F(Textures, ColourKeyAndSmallerLevels) {
-    FakePicture& picture = AddPicture("a.bmp", 16, 16, ImageLayout::Rgb24, 0xFF000000U);
+    FakePicture& picture = AddPicture("a.bmp", 16, 16, Rgb24, 0xFF000000U);
     for (unsigned i : {1U, 16U, 17U})
         picture.image.argb[i] = 0xFF0400FFU;
     Texture keyed;
     ASSERT_TRUE(keyed.LoadCC("a.bmp"));
     EXPECT_EQ(ObjectOf(keyed).TexelAt(0, 0, 0), 0U);
     EXPECT_EQ(ObjectOf(keyed).TexelAt(0, 1, 1), 0xFF0400FFU);
-    EXPECT_TRUE(keyed.Load("a.bmp", TextureType::AsFile, true, true)) << "the same file";
+    EXPECT_TRUE(keyed.Load("a.bmp", AsFile, true, true)) << "the same file";
     keyed.Release();
     for (const auto& [smooth, texel] : {std::pair{true, 0xFF0300BFU}, {false, 0xFF000000U}}) {
         Texture texture;
-        ASSERT_TRUE(texture.Load("a.bmp", TextureType::AsFile, true, smooth));
+        ASSERT_TRUE(texture.Load("a.bmp", AsFile, true, smooth));
         EXPECT_EQ(ObjectOf(texture).TexelAt(1, 0, 0), texel);
     }
 }
 
 TEST(TexelFormats, PackEachFormat) {
     const std::uint32_t pixel = 0x80FF7F3FU;
-    const std::pair<PixelFormat, std::uint64_t> rows[] = {
-        {PixelFormat::A8R8G8B8, 0x80FF7F3FU},
-        {PixelFormat::X8R8G8B8, 0xFFFF7F3FU},
-        {PixelFormat::A8B8G8R8, 0x803F7FFFU},
-        {PixelFormat::R8G8B8, 0xFF7F3FU},
-        {PixelFormat::R5G6B5, 0xFBE7U},
-        {PixelFormat::X1R5G5B5, 0xFDE7U},
-        {PixelFormat::A4R4G4B4, 0x8F73U},
-        {PixelFormat::A1R5G5B5, 0xFDE7U},
-        {PixelFormat::A8, 0x80U},
-        {PixelFormat::R3G3B2, 0xECU},
-        {PixelFormat::L8, 0x9EU},
-        {PixelFormat::A2R10G10B10, 0xBFF7F4FCU},
-        {PixelFormat::A16B16G16R16, 0x80803F3F7F7FFFFFU},
-    };
+    const std::pair<PixelFormat, std::uint64_t> rows[] = {{A8R8G8B8, 0x80FF7F3FU},
+                                                          {X8R8G8B8, 0xFFFF7F3FU},
+                                                          {A8B8G8R8, 0x803F7FFFU},
+                                                          {R8G8B8, 0xFF7F3FU},
+                                                          {R5G6B5, 0xFBE7U},
+                                                          {X1R5G5B5, 0xFDE7U},
+                                                          {A4R4G4B4, 0x8F73U},
+                                                          {A1R5G5B5, 0xFDE7U},
+                                                          {A8, 0x80U},
+                                                          {R3G3B2, 0xECU},
+                                                          {L8, 0x9EU},
+                                                          {A2R10G10B10, 0xBFF7F4FCU},
+                                                          {A16B16G16R16, 0x80803F3F7F7FFFFFU}};
     for (const auto& [format, expected] : rows) {
         std::uint64_t texel = 0;
         ASSERT_TRUE(DXG::WriteTexels({&pixel, 1, 1}, format, false, reinterpret_cast<unsigned char*>(&texel), 8));
         EXPECT_EQ(texel, expected) << platform::NameOf(format);
     }
-    EXPECT_FALSE(DXG::WriteTexels({&pixel, 1, 1}, PixelFormat::P8, false, nullptr, 0));
+    EXPECT_FALSE(DXG::WriteTexels({&pixel, 1, 1}, P8, false, nullptr, 0));
     // Dithering spreads a value between two levels over neighbouring texels and leaves the ends alone.
     std::uint32_t greys[16];
     std::fill(std::begin(greys), std::end(greys), 0xFF000084U);
     std::uint16_t dithered[16];
-    ASSERT_TRUE(
-        DXG::WriteTexels({greys, 4, 4}, PixelFormat::A4R4G4B4, true, reinterpret_cast<unsigned char*>(dithered), 8));
+    ASSERT_TRUE(DXG::WriteTexels({greys, 4, 4}, A4R4G4B4, true, reinterpret_cast<unsigned char*>(dithered), 8));
     EXPECT_EQ(std::count(std::begin(dithered), std::end(dithered), 0xF009), 4);
     EXPECT_EQ(std::count(std::begin(dithered), std::end(dithered), 0xF008), 12);
 }
 
 TEST_F(Textures, CreationChecksItsArguments) {
-    const std::string stack = "  -call stack:\n\n";
     const std::string power = "Cannot create texture:\n  -dimensions must be powers of 2\n" + stack;
     const std::string noMipmaps =
         "warning: 3D textures can't be mipmapped, but was requested (no plans to implement).\n";
-    using enum TextureType;
     struct Row {
         unsigned width, height;
         TextureType type;
@@ -245,8 +232,7 @@ TEST_F(Textures, CreationChecksItsArguments) {
         {64, 64, AsFile, 1, false, "unsupported or unimplemented format in (DirectX)Texture::Create.\n", ""},
         {64, 32, Alpha, 1, true, "", "CreateTexture 0 64 32 1 1 A8"},
         {64, 64, CubeMap, 1, false, "", "CreateTexture 1 64 64 1 0 A8R8G8B8"},
-        {8, 4, ColourAlpha, 2, true, noMipmaps, "CreateTexture 2 8 4 2 1 A8R8G8B8"},
-    };
+        {8, 4, ColourAlpha, 2, true, noMipmaps, "CreateTexture 2 8 4 2 1 A8R8G8B8"}};
     for (const Row& row : rows) {
         support::ClearErrorLog();
         scripted.ForgetCalls();
@@ -278,7 +264,7 @@ TEST_F(Textures, LocksReadTexels) {
     EXPECT_FALSE(texture.Lock(true));
     EXPECT_EQ(support::ErrorLogWithoutStacks(), "Error... attempt to lock a non-existant texture.\n  -call stack:\n\n");
     support::ClearErrorLog();
-    ASSERT_TRUE(texture.Create(4, 2, TextureType::ColourAlpha, 1, false));
+    ASSERT_TRUE(texture.Create(4, 2, ColourAlpha, 1, false));
     {
         DXG::TextureLock lock = texture.Lock(true);
         ASSERT_TRUE(lock);
@@ -297,17 +283,17 @@ TEST_F(Textures, LocksReadTexels) {
         EXPECT_EQ(ObjectOf(texture).openLocks, 1);
     }
     EXPECT_EQ(ObjectOf(texture).openLocks, 0);
-    ASSERT_TRUE(texture.Create(2, 2, TextureType::Alpha, 1, false));
+    ASSERT_TRUE(texture.Create(2, 2, Alpha, 1, false));
     EXPECT_EQ(texture.Lock(false).ReadTexel(1, 1), 0xCDU) << "one byte a texel, none of its neighbours";
     support::ClearErrorLog();
-    ASSERT_TRUE(texture.Create(4, 4, TextureType::CubeMap, 1, false));
+    ASSERT_TRUE(texture.Create(4, 4, CubeMap, 1, false));
     scripted.script.refusedFace = 4;
     EXPECT_FALSE(texture.Lock(false));
     EXPECT_EQ(ObjectOf(texture).openLocks, 0) << "the faces locked before are unlocked";
     scripted.script.texturesLock = false;
-    ASSERT_TRUE(texture.Create(4, 4, TextureType::Alpha, 1, false));
+    ASSERT_TRUE(texture.Create(4, 4, Alpha, 1, false));
     EXPECT_FALSE(texture.Lock(false));
-    ASSERT_TRUE(texture.Create(4, 4, TextureType::Alpha, 2, false));
+    ASSERT_TRUE(texture.Create(4, 4, Alpha, 2, false));
     EXPECT_FALSE(texture.Lock(false));
     EXPECT_EQ(support::ErrorLogText(),
               "cube face failed to lock.\nFailed to lock texture for some reason...\n"
@@ -319,7 +305,7 @@ TEST_F(Textures, SetBindsTextureAndSampler) {
     Texture texture;
     texture.Set(0);
     EXPECT_EQ(support::ErrorLogWithoutStacks(), "Set called on a non-loaded texture.\n  -call stack:\n\n");
-    ASSERT_TRUE(texture.Create(4, 4, TextureType::Colour, 2, false));
+    ASSERT_TRUE(texture.Create(4, 4, Colour, 2, false));
     texture.SetWrap(true, false, false);
     const platform::SamplerState& sampler = scripted.device->samplers[3];
     const std::pair<unsigned, TextureFilter> filters[] = {{2, TextureFilter::Linear},
@@ -342,23 +328,23 @@ TEST_F(Textures, SetBindsTextureAndSampler) {
 TEST_F(Textures, VolumesComeFromListsOfLayers) {
     const auto load = [](const char* file, bool mipmaps = false) {
         Texture texture;
-        return texture.Load(file, TextureType::AsFile, mipmaps, false);
+        return texture.Load(file, AsFile, mipmaps, false);
     };
     folder.Write("vol/fog.T3D", "a.bmp\r\n  b.bmp\t");
-    AddPicture("vol\\a.bmp", 4, 2, ImageLayout::Argb32, 0x11223344U);
-    AddPicture("vol\\b.bmp", 4, 2, ImageLayout::Argb32, 0x55667788U);
-    AddPicture("vol\\c.bmp", 4, 2, ImageLayout::Rgb24);
-    AddPicture("vol\\d.bmp", 4, 4, ImageLayout::Argb32);
+    AddPicture("vol\\a.bmp", 4, 2, Argb32, 0x11223344U);
+    AddPicture("vol\\b.bmp", 4, 2, Argb32, 0x55667788U);
+    AddPicture("vol\\c.bmp", 4, 2, Rgb24);
+    AddPicture("vol\\d.bmp", 4, 4, Argb32);
     Texture fog, again;
-    ASSERT_TRUE(fog.Load("vol\\fog.T3D", TextureType::AsFile, false, false));
-    EXPECT_TRUE(again.Load("VOL\\fog.t3d", TextureType::AsFile, false, false));
+    ASSERT_TRUE(fog.Load("vol\\fog.T3D", AsFile, false, false));
+    EXPECT_TRUE(again.Load("VOL\\fog.t3d", AsFile, false, false));
     EXPECT_TRUE(fog.IsSameAs(again));
     EXPECT_EQ(ObjectOf(fog).TexelAt(0, 3, 1, 0), 0x11223344U);
     EXPECT_EQ(ObjectOf(fog).TexelAt(0, 0, 0, 1), 0x55667788U);
-    AddPicture("vol\\e.bmp", 4, 2, ImageLayout::Indexed8, 0xFFFFFFFFU);
+    AddPicture("vol\\e.bmp", 4, 2, Indexed8, 0xFFFFFFFFU);
     folder.Write("vol/mask.t3d", "e.bmp e.bmp");
-    ASSERT_TRUE(again.Load("vol\\mask.t3d", TextureType::AsFile, false, false));
-    EXPECT_EQ(again.Type(), TextureType::Alpha);
+    ASSERT_TRUE(again.Load("vol\\mask.t3d", AsFile, false, false));
+    EXPECT_EQ(again.Type(), Alpha);
     EXPECT_EQ(ObjectOf(again).TexelAt(0, 2, 1, 1), 0xFFU) << "the brightness of the layer";
     EXPECT_EQ(support::ErrorLogText(), "");
 
@@ -390,16 +376,16 @@ TEST_F(Textures, VolumesComeFromListsOfLayers) {
               "  -call stack:\n\n");
     support::ClearErrorLog();
     folder.Write("vol/out.t3d", "..\\secret.bmp");
-    AddPicture("vol\\..\\secret.bmp", 4, 2, ImageLayout::Argb32);
+    AddPicture("vol\\..\\secret.bmp", 4, 2, Argb32);
     EXPECT_FALSE(load("vol\\out.t3d")) << "layers lie below the list's folder";
 }
 
 TEST_F(Textures, LoadedImageKeepsPixelsAndIndices) {
     LoadedImage image;
-    AddPicture("i.bmp", 3, 2, ImageLayout::Indexed8, 0xFF112233U);
-    AddPicture("r.bmp", 3, 2, ImageLayout::Rgb32);
-    AddPicture("o.gif", 3, 2, ImageLayout::Other);
-    AddPicture("noindex.bmp", 3, 2, ImageLayout::Indexed8).image.indices.clear();
+    AddPicture("i.bmp", 3, 2, Indexed8, 0xFF112233U);
+    AddPicture("r.bmp", 3, 2, Rgb32);
+    AddPicture("o.gif", 3, 2, Other);
+    AddPicture("noindex.bmp", 3, 2, Indexed8).image.indices.clear();
     ASSERT_TRUE(image.Load("i.bmp"));
     EXPECT_EQ(image.channels, 1);
     EXPECT_EQ(image.pixels[5], 0xFF112233U);
@@ -419,9 +405,9 @@ TEST_F(Textures, LoadedImageKeepsPixelsAndIndices) {
 }
 
 TEST_F(Textures, HandlesMayOutliveTheFoundation) {
-    AddPicture("a.bmp", 4, 4, ImageLayout::Rgb24);
+    AddPicture("a.bmp", 4, 4, Rgb24);
     std::optional<Texture> texture(std::in_place);
-    ASSERT_TRUE(texture->Load("a.bmp", TextureType::AsFile, false, false));
+    ASSERT_TRUE(texture->Load("a.bmp", AsFile, false, false));
     texture->Set(0);
     DXG::TextureLock lock = texture->Lock(false);
     lock.Unlock();
@@ -435,8 +421,8 @@ TEST_F(Textures, HandlesMayOutliveTheFoundation) {
               "  -AND it still thinks it has d3d resources.\n  -call stack:\n\nFoolish globals are likely at fault.\n");
     support::ClearErrorLog();
     Texture early;
-    EXPECT_FALSE(early.Load("a.bmp", TextureType::AsFile, false, false));
-    EXPECT_FALSE(early.Create(4, 4, TextureType::Colour, 1, false));
+    EXPECT_FALSE(early.Load("a.bmp", AsFile, false, false));
+    EXPECT_FALSE(early.Create(4, 4, Colour, 1, false));
     const std::string errors = support::ErrorLogWithoutStacks();
     for (const char* text :
          {"Bad: texture created, but graphics is not inited.\n  -call stack:\n",
@@ -446,12 +432,12 @@ TEST_F(Textures, HandlesMayOutliveTheFoundation) {
 }
 
 TEST_F(Textures, ThreadsShareTheRegistry) {
-    AddPicture("a.bmp", 4, 4, ImageLayout::Rgb24);
+    AddPicture("a.bmp", 4, 4, Rgb24);
     const auto work = [] {
         for (int i = 0; i < 200; ++i) {
             Texture loaded, made;
-            loaded.Load("a.bmp", TextureType::AsFile, false, false);
-            made.Create(4, 4, TextureType::Alpha, 1, false);
+            loaded.Load("a.bmp", AsFile, false, false);
+            made.Create(4, 4, Alpha, 1, false);
             const Texture copy = loaded;
         }
     };
