@@ -128,7 +128,7 @@ TEST_F(Device, FormatsFallBackInTheirOrder) {
         {"deep", 32, false, false, false, {A2R10G10B10, X8R8G8B8, R5G6B5}, {D24X8, D16}, A2R10G10B10, D24X8, ""},
         {"common", 32, false, true, true, {X8R8G8B8, R5G6B5}, {D24S8, D15S1, D32}, X8R8G8B8, D24S8, ""},
         {"desktop of 16 bits wins", 16, false, true, true, {X8R8G8B8, X1R5G5B5}, {D15S1}, X1R5G5B5, D15S1, ""},
-        {"fullscreen keeps the wish", 16, true, true, false, {X8R8G8B8}, {D32, D24S8}, X8R8G8B8, D32, ""},
+        {"fullscreen keeps the wish", 16, true, true, false, {X8R8G8B8}, {D24X8, D32}, X8R8G8B8, D32, ""},
         {"nothing", 24, false, true, true, {}, {}, X8R8G8B8, D16, oddDesktop + noDisplay + noStencil + noDepth},
         {"no stencil", 32, false, true, true, {X8R8G8B8}, {D16}, X8R8G8B8, D16, noStencil}};
     for (const Row& row : rows) {

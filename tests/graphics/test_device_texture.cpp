@@ -169,14 +169,14 @@ TEST_F(Textures, FormatsFollowTypeFileAndDesktop) {
 TEST_F(Textures, ColourKeyAndSmallerLevels) {
     FakePicture& picture = AddPicture("a.bmp", 16, 16, Rgb24, 0xFF000000U);
     for (unsigned i : {1U, 16U, 17U})
-        picture.image.argb[i] = 0xFF0400FFU;
+        picture.image.argb[i] = 0xFF0500FFU;
     Texture keyed;
     ASSERT_TRUE(keyed.LoadCC("a.bmp"));
     EXPECT_EQ(ObjectOf(keyed).TexelAt(0, 0, 0), 0U);
-    EXPECT_EQ(ObjectOf(keyed).TexelAt(0, 1, 1), 0xFF0400FFU);
+    EXPECT_EQ(ObjectOf(keyed).TexelAt(0, 1, 1), 0xFF0500FFU);
     EXPECT_TRUE(keyed.Load("a.bmp", AsFile, true, true)) << "the same file";
     keyed.Release();
-    for (const auto& [smooth, texel] : {std::pair{true, 0xFF0300BFU}, {false, 0xFF000000U}}) {
+    for (const auto& [smooth, texel] : {std::pair{true, 0xFF0400BFU}, {false, 0xFF000000U}}) {
         Texture texture;
         ASSERT_TRUE(texture.Load("a.bmp", AsFile, true, smooth));
         EXPECT_EQ(ObjectOf(texture).TexelAt(1, 0, 0), texel);
