@@ -8,17 +8,15 @@
 namespace {
 
 TEST(CameraTracks, SpeedFollowsTheWayLeft) {
-    const struct {
-        float way;
-        float speed;
-    } rows[] = {{1, 1.6F}, {2.5F, 4}, {7.5F, 16}, {30, 70}, {45, 200}, {100, 300}};
-    for (const auto& row : rows) {
+    const float ways[] = {1, 2.5F, 7.5F, 30, 45, 100};
+    const float speeds[] = {1.6F, 4, 16, 70, 200, 300};
+    for (int i = 0; i < 6; ++i) {
         Camera camera;
-        camera.SetPosition({0, row.way, 0}, false);
+        camera.SetPosition({0, ways[i], 0}, false);
         camera.Update(0.001F, false, false);
-        EXPECT_NEAR(camera.GetPosition().y, row.speed * 0.001F, row.speed * 1e-5F) << row.way;
+        EXPECT_NEAR(camera.GetPosition().y, speeds[i] * 0.001F, speeds[i] * 1e-5F);
         camera.Update(1000, false, false);
-        EXPECT_EQ(camera.GetPosition().y, row.way);
+        EXPECT_EQ(camera.GetPosition().y, ways[i]);
     }
     Camera camera;
     camera.SetUp({0, 0, 5}, false);  // made 1 long; the square root of 2 away
@@ -38,27 +36,19 @@ TEST(CameraTracks, SpeedFollowsTheWayLeft) {
 using OrbitTest = World;
 
 TEST_F(OrbitTest, KeysTurnTheWorldCamera) {
-    const auto expectAngle = [](float quarterTurns) {
-        UpdateWorldCamera(0);
-        WorldCamera().Update(1000, false, false);
-        const Vec3 eye = WorldCamera().GetPosition();
-        EXPECT_NEAR(eye.x, 40 + 6.8F * std::cos(quarterTurns * 1.5707963F), 1e-3F) << quarterTurns;
-        EXPECT_NEAR(eye.y, 40 + 6.8F * std::sin(quarterTurns * 1.5707963F), 1e-3F) << quarterTurns;
-        EXPECT_NEAR(eye.z, 7.9F, 1e-4F);
-    };
-    expectAngle(0.5F);
-    const auto hold = [this](int key) {
+    const auto hold = [this](int key, float expectedQuarterTurns) {
         Press({key});
         UpdateWorldCamera(0.5F);
         Press({});
+        WorldCamera().Update(1000, false, false);
+        const Vec3 eye = WorldCamera().GetPosition();
+        EXPECT_NEAR(eye.x, 40 + 6.8F * std::cos(expectedQuarterTurns * 1.5707963F), 1e-3F) << expectedQuarterTurns;
+        EXPECT_NEAR(eye.y, 40 + 6.8F * std::sin(expectedQuarterTurns * 1.5707963F), 1e-3F) << expectedQuarterTurns;
     };
-    hold(77);
-    expectAngle(1.5F);
-    hold(75);
-    hold(75);
-    expectAngle(-0.5F);
-    hold(76);
-    expectAngle(0.5F);
+    hold(77, 1.5F);
+    hold(75, 0.5F);
+    hold(75, -0.5F);
+    hold(76, 0.5F);
 }
 
 // Every cell is picked at the very pixel at which the device draws its centre; the wrong handedness or a wrong scale
@@ -79,11 +69,10 @@ TEST_F(OrbitTest, PicksLandOnTheDrawnCells) {
                 const float x = (clip.x / clip.w + 1) * 400;
                 const float y = (1 - clip.y / clip.w) * 300;
                 if (x < 0 || y < 0 || x >= 800 || y >= 600) continue;
-                int pickedX = -1;
-                int pickedY = -1;
-                ScreenToCell(static_cast<int>(std::lround(x)), static_cast<int>(std::lround(y)), pickedX, pickedY);
-                EXPECT_EQ(pickedX, gx) << x << ", " << y;
-                EXPECT_EQ(pickedY, gy) << x << ", " << y;
+                std::pair picked(-1, -1);
+                ScreenToCell(static_cast<int>(std::lround(x)), static_cast<int>(std::lround(y)), picked.first,
+                             picked.second);
+                EXPECT_EQ(picked, std::pair(gx, gy)) << x << ", " << y;
             }
         EXPECT_EQ(DXG::GetView().m, Identity().m);
     }

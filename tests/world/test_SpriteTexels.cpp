@@ -59,38 +59,33 @@ SpriteImage Filled(unsigned width, unsigned height, std::uint8_t index, std::uin
 }
 
 TEST(SpriteTexels, MappingsMeetTheirCorners) {
-    float su = 0;
-    float sv = 0;
-    const auto expect = [&](float expectedU, float expectedV) {
-        EXPECT_NEAR(su, expectedU, 1e-6F);
-        EXPECT_NEAR(sv, expectedV, 1e-6F);
-    };
-    FloorTexelToSprite(0, 0, su, sv);
-    expect(0.5F, 0.012195F);
-    FloorTexelToSprite(1, 0, su, sv);
-    expect(0.987805F, 0.5F);
-    WallTexelToSprite(0, 0, su, sv, 1);
-    expect(0, -0.10F);
-    WallTexelToSprite(1, 1, su, sv, 2);
-    expect(0.5F, 0.815F);
+    float su[4];
+    float sv[4];
+    FloorTexelToSprite(0, 0, su[0], sv[0]);
+    FloorTexelToSprite(1, 0, su[1], sv[1]);
+    WallTexelToSprite(0, 0, su[2], sv[2], 1);
+    WallTexelToSprite(1, 1, su[3], sv[3], 2);
+    const float expected[4][2] = {{0.5F, 0.012195F}, {0.987805F, 0.5F}, {0, -0.10F}, {0.5F, 0.815F}};
+    for (int i = 0; i < 4; ++i)
+        EXPECT_TRUE(std::abs(su[i] - expected[i][0]) < 1e-6F && std::abs(sv[i] - expected[i][1]) < 1e-6F) << i;
 }
 
 // Random sprites of several sizes in random order, so that kept mappings are found again and thrown out.
 TEST(SpriteTexels, EveryTexelIsThatOfThePlainFormula) {
     std::mt19937 random(7);
+    const auto byte = [&](unsigned below) { return static_cast<std::uint8_t>(random() % below); };
     for (Color& color : currentPalette)
-        color = {0, static_cast<std::uint8_t>(random()), static_cast<std::uint8_t>(random()),
-                 static_cast<std::uint8_t>(random())};
+        color = {0, byte(256), byte(256), byte(256)};
     const unsigned sizes[][2] = {{62, 32}, {2, 2}, {3, 5}, {64, 64}, {32, 90}, {255, 255}};
     SpriteConverter floors(64, 64);
     SpriteConverter walls(64, 128);
     std::vector<std::uint32_t> texels;
     for (int round = 0; round < 30; ++round) {
         const unsigned* size = sizes[random() % 6];
-        SpriteImage sprite = Filled(size[0], size[1], 0, static_cast<std::uint8_t>(random() % 3));
+        SpriteImage sprite = Filled(size[0], size[1], 0, byte(3));
         for (auto& row : sprite.rows)
             for (auto& pixel : row)
-                pixel = static_cast<std::uint8_t>(random() % (round % 2 == 0 ? 6 : 206));
+                pixel = byte(round % 2 == 0 ? 6 : 206);
         const bool wall = round % 3 == 0;
         ASSERT_TRUE(wall ? walls.Wall(sprite, round, texels) : floors.Floor(sprite, texels));
         const PlainTexels plain{sprite, 64, wall ? 128U : 64U};
@@ -122,21 +117,17 @@ TEST(SpriteTexels, SpritesOfOneColour) {
 // Edge pixels (206) with two key neighbours go, and in reading order each one that goes uncovers the next. 207 has
 // their colour and stays.
 TEST(SpriteTexels, WallEdgesAreCleaned) {
-    using Rows = std::vector<std::vector<std::uint8_t>>;
     currentPalette[206] = currentPalette[207] = {0, 9, 9, 9};
     currentPalette[5] = {0, 255, 0, 0};
-    const std::pair<Rows, Rows> cases[] = {
-        {{{0, 0, 0, 5}, {0, 206, 206, 5}, {5, 206, 5, 5}}, {{0, 0, 0, 5}, {0, 0, 0, 5}, {5, 207, 5, 5}}},
-        {{{5, 0, 5, 5}, {5, 206, 0, 5}, {5, 5, 5, 206}}, {{5, 0, 5, 5}, {5, 0, 0, 5}, {5, 5, 5, 207}}},
-        {{{206, 206, 5, 5}, {0, 206, 206, 5}, {5, 0, 5, 5}}, {{207, 207, 5, 5}, {0, 0, 207, 5}, {5, 0, 5, 5}}},
+    const auto texels = [](std::vector<std::vector<std::uint8_t>> rows) {
+        std::vector<std::uint32_t> out;
+        EXPECT_TRUE(WallTexels({0, std::move(rows)}, 2, 64, 128, out));
+        return out;
     };
-    for (const auto& [before, after] : cases) {
-        std::vector<std::uint32_t> cleaned;
-        std::vector<std::uint32_t> expected;
-        EXPECT_TRUE(WallTexels({0, before}, 2, 64, 128, cleaned));
-        EXPECT_TRUE(WallTexels({0, after}, 2, 64, 128, expected));
-        EXPECT_EQ(cleaned, expected);
-    }
+    EXPECT_EQ(texels({{206, 206, 5, 5}, {0, 206, 206, 5}, {5, 0, 5, 206}}),
+              texels({{207, 207, 5, 5}, {0, 0, 207, 5}, {5, 0, 5, 207}}));
+    EXPECT_EQ(texels({{0, 0, 0, 5}, {0, 206, 206, 5}, {5, 206, 5, 5}}),
+              texels({{0, 0, 0, 5}, {0, 0, 0, 5}, {5, 207, 5, 5}}));
 }
 
 }  // namespace

@@ -34,9 +34,8 @@ TEST_F(World, TexelsAreWrittenInTheTexturesOwnFormat) {
     SpriteArchive floors;
     ASSERT_TRUE(LoadTs2Bytes(floors, demo::WriteTs2({{1, Flat(5)}, {2, Flat(5, 1)}}), "test", 0));
     TextureList list;
-    const std::pair<platform::PixelFormat, std::uint32_t> formats[] = {{platform::PixelFormat::A8R8G8B8, 0xFFFF0000U},
-                                                                       {platform::PixelFormat::A4R4G4B4, 0xFF00U}};
-    for (const auto& [format, texel] : formats) {
+    using enum platform::PixelFormat;
+    for (const auto& [format, texel] : {std::pair{A8R8G8B8, 0xFFFF0000U}, {A4R4G4B4, 0xFF00U}}) {
         graphics.script.textureFormatGiven = format;
         ASSERT_TRUE(ConvertFloorTiles(floors, list, 64, 64));
         ASSERT_EQ(list.size(), 3U);

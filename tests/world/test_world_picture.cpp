@@ -1,6 +1,7 @@
 // The world as the OpenGL device shows it.
 
 #include <cmath>
+#include <cstring>
 
 #include "WorldFixture.h"
 #include "graphics/device/DXGState.h"
@@ -12,21 +13,17 @@
 
 namespace {
 
-constexpr std::uint32_t red = 0xFFFF0000U;
-constexpr std::uint32_t green = 0xFF00FF00U;
-constexpr std::uint32_t blue = 0xFF0000FFU;
-constexpr std::uint32_t white = 0xFFFFFFFFU;
-constexpr std::uint32_t grey = 0xFF505050U;
+constexpr std::uint32_t red = 0xFFFF0000U, green = 0xFF00FF00U, blue = 0xFF0000FFU;
+constexpr std::uint32_t white = 0xFFFFFFFFU, grey = 0xFF505050U;
 
-DXG::Texture Quarters(std::uint32_t topLeft, std::uint32_t topRight, std::uint32_t bottomLeft,
-                      std::uint32_t bottomRight) {
+// Texels row by row.
+DXG::Texture Quarters(const std::array<std::uint32_t, 4>& texels) {
     DXG::Texture texture;
     EXPECT_TRUE(texture.Create(2, 2, DXG::TextureType::ColourAlpha, 1, false));
     texture.SetWrap(false, false, true);
     const DXG::TextureLock lock = texture.Lock(false);
-    const std::uint32_t texels[2][2] = {{topLeft, topRight}, {bottomLeft, bottomRight}};
-    for (std::size_t y = 0; y < 2; ++y)
-        std::copy_n(reinterpret_cast<const unsigned char*>(texels[y]), 8, lock.data[0] + y * lock.rowPitch[0]);
+    std::memcpy(lock.data[0], texels.data(), 8);
+    std::memcpy(lock.data[0] + lock.rowPitch[0], texels.data() + 2, 8);
     return texture;
 }
 
@@ -54,21 +51,15 @@ class WorldPicture : public WorldOn {
     }
     // The pixel that shows a world point, worked out from the rest angle: the eye 6.8 away towards +x +y and 7.9 up,
     // the right of the screen +x -y.
-    [[nodiscard]] std::uint32_t At(float x, float y, float z) const {
+    [[nodiscard]] std::uint32_t At(double x, double y, double z) const {
         const double s = std::sqrt(0.5);
-        const double dx = x - 40 - 6.8 * s;
-        const double dy = y - 40 - 6.8 * s;
-        const double dz = z - 7.9;
         const double length = std::hypot(6.8, 7.9);
-        const double level = -6.8 / length * s;  // of the view's direction, along x as along y
-        const double down = -7.9 / length;
-        const double depth = dx * level + dy * level + dz * down;
-        const double right = (dx - dy) * s;
-        const double up = (dx + dy) * s * down - dz * level / s;
-        const double scale = 300 / std::tan(3.14159265 / 8) / depth;
-        return picture[static_cast<std::size_t>(std::lround(300 - up * scale)) * 800 +
-                       static_cast<std::size_t>(std::lround(400 + right * scale))] |
-               0xFF000000U;
+        const double away = 6.8 - (x + y - 80) * s;  // level, from the eye
+        const double down = 7.9 - z;
+        const double scale = 300 / std::tan(3.14159265 / 8) * length / (away * 6.8 + down * 7.9);
+        const long column = std::lround(400 + (x - y) * s * scale);
+        const long row = std::lround(300 - (away * 7.9 - down * 6.8) / length * scale);
+        return picture[static_cast<std::size_t>(row * 800 + column)] | 0xFF000000U;
     }
 
     std::unique_ptr<platform::Window> window;
@@ -76,10 +67,10 @@ class WorldPicture : public WorldOn {
 };
 
 TEST_F(WorldPicture, StandsTheRightWayRound) {
-    FloorRenderer::Current()->SetTextures({Quarters(grey, grey, grey, grey), Quarters(red, green, blue, white)});
+    FloorRenderer::Current()->SetTextures({Quarters({grey, grey, grey, grey}), Quarters({red, green, blue, white})});
     TextureList walls(6);
-    walls[2] = Quarters(blue, green, red, 0);  // a hole at the bottom right
-    walls[1] = Quarters(red, white, green, blue);
+    walls[2] = Quarters({blue, green, red, 0});  // a hole at the bottom right
+    walls[1] = Quarters({red, white, green, blue});
     WallRenderer::Current()->SetTextures(walls);
     TolvMap& map = TolvMap::Current();
     for (int gx = 36; gx <= 44; ++gx)
