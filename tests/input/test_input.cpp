@@ -2,8 +2,8 @@
 
 #include "input/KeyboardStateManager.h"
 #include "input/ShellInput.h"
-#include "platform/KeyTable.h"
 #include "platform/Window.h"
+#include "support/ScriptedKeyboard.h"
 #include "support/TestFolder.h"
 
 namespace {
@@ -106,43 +106,8 @@ TEST(MouseState, WheelCountsNotchesTowardsTheUser) {
     }
 }
 
-// A keyboard that answers as told.
-struct KeyboardScript {
-    bool cooperates = true;
-    bool focused = true;
-    bool readable = true;
-    bool acquired = false;
-    std::vector<int> down;
-} script;
-
-class FakeTable : public platform::KeyTable {
-  public:
-    bool SetCooperation(platform::Window&, bool) override { return script.cooperates; }
-    bool Acquire() override { return script.acquired = script.focused; }
-    bool Poll() override {
-        if (!script.focused) script.acquired = false;
-        return script.acquired;
-    }
-    bool Read(std::uint8_t state[256]) override {
-        if (!script.readable || !script.acquired) return false;
-        for (int i = 0; i < 256; ++i)
-            state[i] = 0;
-        for (const int code : script.down)
-            state[code] = 1;
-        return true;
-    }
-};
-
-class FakeSystem : public platform::KeyTableSystem {
-  public:
-    explicit FakeSystem(bool withKeyboard = true) : hasKeyboard(withKeyboard) {}
-    std::unique_ptr<platform::KeyTable> CreateKeyboard() override {
-        return hasKeyboard ? std::make_unique<FakeTable>() : nullptr;
-    }
-
-  private:
-    bool hasKeyboard;
-};
+using support::ScriptedKeyboard;
+support::KeyboardScript& script = support::KeyboardScript::Default();
 
 class FakeWindow : public platform::Window {
   public:
@@ -157,7 +122,7 @@ class FakeWindow : public platform::Window {
 
 class Keyboard : public testing::Test {
   protected:
-    void SetUp() override { script = KeyboardScript(); }
+    void SetUp() override { script = support::KeyboardScript(); }
     support::TestFolder folder;
     FakeWindow window;
     KeyboardStateManager manager;
@@ -165,9 +130,9 @@ class Keyboard : public testing::Test {
 
 TEST_F(Keyboard, StartSaysWhatIsMissing) {
     EXPECT_FALSE(manager.Start(nullptr, window, false));
-    EXPECT_FALSE(manager.Start(std::make_unique<FakeSystem>(false), window, false));
+    EXPECT_FALSE(manager.Start(std::make_unique<ScriptedKeyboard>(false), window, false));
     script.cooperates = false;
-    EXPECT_FALSE(manager.Start(std::make_unique<FakeSystem>(), window, false));
+    EXPECT_FALSE(manager.Start(std::make_unique<ScriptedKeyboard>(), window, false));
     EXPECT_EQ(support::ErrorLogText(),
               "Failed to initialize DirectInput (keyboard state manager)\n"
               "Failed to create DirectInput keyboard device\n"
@@ -176,7 +141,7 @@ TEST_F(Keyboard, StartSaysWhatIsMissing) {
 }
 
 TEST_F(Keyboard, AKeyIsPressedInItsFirstPollOnly) {
-    ASSERT_TRUE(manager.Start(std::make_unique<FakeSystem>(), window, false));
+    ASSERT_TRUE(manager.Start(std::make_unique<ScriptedKeyboard>(), window, false));
     script.down = {28, 200};
     manager.Poll();
     EXPECT_TRUE(manager.IsKeyDown(28) && manager.WasKeyPressed(28) && manager.WasKeyPressed(200));
@@ -188,7 +153,7 @@ TEST_F(Keyboard, AKeyIsPressedInItsFirstPollOnly) {
 }
 
 TEST_F(Keyboard, TheBackgroundFreezesAndTheReturnForgets) {
-    ASSERT_TRUE(manager.Start(std::make_unique<FakeSystem>(), window, false));
+    ASSERT_TRUE(manager.Start(std::make_unique<ScriptedKeyboard>(), window, false));
     script.down = {28};
     manager.Poll();
     manager.Poll();

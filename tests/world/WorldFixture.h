@@ -8,29 +8,11 @@
 #include "formats/TolvMap.h"
 #include "graphics/device/DXGDevice.h"
 #include "input/KeyboardStateManager.h"
-#include "platform/KeyTable.h"
 #include "platform/scripted/ScriptedDevice.h"
 #include "session/TolvDataManager.h"
+#include "support/ScriptedKeyboard.h"
 #include "support/TestFolder.h"
 #include "world/TolvRenderer.h"
-
-class PressedKeys : public platform::KeyTable, public platform::KeyTableSystem {
-  public:
-    explicit PressedKeys(const std::vector<int>& pressed) : down(pressed) {}
-    std::unique_ptr<KeyTable> CreateKeyboard() override { return std::make_unique<PressedKeys>(down); }
-    bool SetCooperation(platform::Window&, bool) override { return true; }
-    bool Acquire() override { return true; }
-    bool Poll() override { return true; }
-    bool Read(std::uint8_t state[256]) override {
-        std::fill_n(state, 256, std::uint8_t{0});
-        for (const int code : down)
-            state[code] = 1;
-        return true;
-    }
-
-  private:
-    const std::vector<int>& down;
-};
 
 // The view stands on (40, 40) of a grid of 80 x 80 cells without floors.
 class WorldOn : public testing::Test {
@@ -41,7 +23,7 @@ class WorldOn : public testing::Test {
         setup.width = 800;
         setup.height = 600;
         ASSERT_TRUE(DXG::Init(&window, &setup));
-        KeyboardStateManager::Default().Start(std::make_unique<PressedKeys>(keys), window, false);
+        KeyboardStateManager::Default().Start(std::make_unique<support::ScriptedKeyboard>(), window, false);
         Press({76});
         demo::MapDrawing drawing(20, 20);
         TolvMap::Current().LoadMapBytes(demo::WriteMap(drawing), "test");
@@ -62,13 +44,12 @@ class WorldOn : public testing::Test {
         DXG::Shutdown();
     }
     void Press(const std::vector<int>& codes) {
-        keys = codes;
+        support::KeyboardScript::Default().down = codes;
         KeyboardStateManager::Default().Poll();
     }
 
     support::TestFolder folder;
     TolvDataManager& data = TolvDataManager::Default();
-    std::vector<int> keys;
 };
 
 class World : public WorldOn {
