@@ -16,7 +16,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <limits>
 #include <random>
 #include <sstream>
 #include <string>
@@ -87,22 +86,28 @@ double SecondsOf(Work work) {
     return ThreadSeconds() - begin;
 }
 
-// Runs both in turn and reports the best times and their ratio. `prepare` is not timed.
+double Median(std::vector<double> values) {
+    std::nth_element(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2), values.end());
+    return values[values.size() / 2];
+}
+
+// Runs both in turn and reports the median times and the median of the ratios of neighbours. `prepare` is not timed.
 template <typename Prepare, typename Ours, typename Library>
 void Compare(benchmark::State& state, std::size_t bytes, Prepare prepare, Ours ours, Library library) {
-    double bestOurs = std::numeric_limits<double>::max();
-    double bestLibrary = std::numeric_limits<double>::max();
+    std::vector<double> oursSeconds;
+    std::vector<double> librarySeconds;
+    std::vector<double> ratios;
     for (auto iteration : state) {
         prepare();
-        const double seconds = SecondsOf(ours);
-        bestOurs = std::min(bestOurs, seconds);
-        bestLibrary = std::min(bestLibrary, SecondsOf(library));
-        state.SetIterationTime(seconds);
+        oursSeconds.push_back(SecondsOf(ours));
+        librarySeconds.push_back(SecondsOf(library));
+        ratios.push_back(librarySeconds.back() / oursSeconds.back());
+        state.SetIterationTime(oursSeconds.back());
     }
-    state.counters["ours_ms"] = bestOurs * 1e3;
-    state.counters["library_ms"] = bestLibrary * 1e3;
-    state.counters["ours_MBps"] = static_cast<double>(bytes) / bestOurs / 1e6;
-    state.counters["ratio"] = bestLibrary / bestOurs;
+    state.counters["ours_ms"] = Median(oursSeconds) * 1e3;
+    state.counters["library_ms"] = Median(librarySeconds) * 1e3;
+    state.counters["ours_MBps"] = static_cast<double>(bytes) / Median(oursSeconds) / 1e6;
+    state.counters["ratio"] = Median(ratios);
 }
 
 void Require(bool holds, const char* what) {
