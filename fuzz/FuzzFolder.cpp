@@ -8,6 +8,11 @@
 #include "platform/FileSystem.h"
 #include "platform/MessageBox.h"
 
+// Absurd sizes that a library asks for are to fail as they do without a sanitizer, not to end the process.
+extern "C" const char* __asan_default_options() {
+    return "allocator_may_return_null=1";
+}
+
 namespace fuzz {
 
 namespace fs = std::filesystem;
