@@ -1,7 +1,9 @@
 #include "platform/shaders/HlslSource.h"
 
+#include <algorithm>
 #include <cctype>
 #include <cstdlib>
+#include <numeric>
 #include <set>
 #include <string_view>
 
@@ -11,9 +13,9 @@ namespace {
 
 constexpr std::size_t maximumBytes = 256U << 10;
 constexpr unsigned maximumNesting = 128;
-constexpr unsigned maximumStatementTokens = 4096;
-constexpr unsigned maximumElseChain = 256;
-constexpr std::size_t maximumMacroTokens = 100000;
+constexpr unsigned maximumStatementTokens = 2048;
+constexpr unsigned maximumElseChain = 128;
+constexpr double maximumMacroTokens = 50000;
 
 struct Token {
     std::string text;
@@ -24,14 +26,18 @@ bool IsWord(char letter) {
     return std::isalnum(static_cast<unsigned char>(letter)) || letter == '_';
 }
 
-// Words, numbers and single signs, without comments and directives. The directives' tokens go to `macros` by macro
-// name.
+struct Macro {
+    std::vector<std::string> body;
+    std::set<std::string> parameters;
+};
+
+// Words, numbers and single signs, without comments and directives. What the directives define goes to `macros`.
 class Lexer {
   public:
     explicit Lexer(std::string_view source) : rest(source) {}
 
     std::vector<Token> tokens;
-    std::map<std::string, std::vector<std::string>> macros;
+    std::map<std::string, Macro> macros;
 
     void Run() {
         while (!rest.empty())
@@ -91,6 +97,7 @@ class Lexer {
     // One directive with its continued lines.
     void Directive() {
         std::vector<std::string> words;
+        bool takesParameters = false;
         rest.remove_prefix(1);
         while (!rest.empty() && rest.front() != '\n') {
             if (rest.starts_with("\\\n")) {
@@ -104,12 +111,22 @@ class Lexer {
                 rest.remove_prefix(1);
             } else {
                 words.push_back(TakeToken());
+                // Only a bracket right behind the name opens a list of parameters.
+                if (words.size() == 2) takesParameters = rest.starts_with("(");
             }
         }
-        if (words.size() >= 2 && words[0] == "define") {
-            auto& body = macros[words[1]];
-            body.insert(body.end(), words.begin() + 2, words.end());
-        }
+        if (words.size() >= 2 && words[0] == "define") Define(words, takesParameters);
+    }
+
+    void Define(const std::vector<std::string>& words, bool takesParameters) {
+        // Of several definitions under different conditions all are counted.
+        Macro& macro = macros[words[1]];
+        std::size_t at = 2;
+        if (takesParameters)
+            for (; at < words.size() && words[at] != ")"; ++at)
+                macro.parameters.insert(words[at]);
+        macro.body.insert(macro.body.end(), words.begin() + static_cast<std::ptrdiff_t>(std::min(at, words.size())),
+                          words.end());
     }
 
     std::string_view rest;
@@ -117,29 +134,49 @@ class Lexer {
     bool lineStart = true;
 };
 
-// How many tokens a macro may grow to; macros that feed each other double with each level.
+// How many tokens a text may grow to when its macros are replaced, at most. Macros that feed each other double with
+// each level, and so do calls within calls of a macro that repeats its parameter.
 class MacroSizes {
   public:
-    explicit MacroSizes(const std::map<std::string, std::vector<std::string>>& table) : macros(table) {}
+    explicit MacroSizes(const std::map<std::string, Macro>& table) : macros(table) {}
 
-    std::size_t Of(const std::string& word, unsigned depth = 0) {
-        const auto macro = macros.find(word);
-        if (macro == macros.end()) return 1;
-        const auto known = sizes.find(word);
-        if (known != sizes.end()) return known->second;
-        if (depth > 64) return maximumMacroTokens + 1;
-        sizes[word] = 1;  // A macro is not replaced inside itself.
-        std::size_t size = 0;
-        for (const std::string& inner : macro->second) {
-            size += Of(inner, depth + 1);
-            if (size > maximumMacroTokens) break;
+    double Of(const std::vector<std::string>& words, unsigned depth = 0) {
+        double size = 0;
+        double factor = 1;  // how often the current words are repeated
+        std::vector<double> brackets;
+        for (std::size_t at = 0; at < words.size() && size <= maximumMacroTokens; ++at) {
+            const std::string& word = words[at];
+            if (word == ")" && !brackets.empty()) {
+                factor = brackets.back();
+                brackets.pop_back();
+            }
+            const auto macro = macros.find(word);
+            size += factor * (macro == macros.end() ? 1 : OfMacro(word, macro->second, depth));
+            const bool calls = at > 0 && word == "(" && macros.contains(words[at - 1]);
+            if (word == "(") brackets.push_back(factor);
+            if (calls) factor *= RepeatsOf(macros.at(words[at - 1]));
         }
-        return sizes[word] = std::max<std::size_t>(size, 1);
+        return size;
     }
 
   private:
-    const std::map<std::string, std::vector<std::string>>& macros;
-    std::map<std::string, std::size_t> sizes;
+    double OfMacro(const std::string& name, const Macro& macro, unsigned depth) {
+        const auto known = sizes.find(name);
+        if (known != sizes.end()) return known->second;
+        constexpr unsigned deepest = 64;
+        if (depth > deepest) return maximumMacroTokens + 1;
+        sizes[name] = 1;  // A macro is not replaced inside itself.
+        return sizes[name] = std::max(Of(macro.body, depth + 1), 1.0);
+    }
+
+    static double RepeatsOf(const Macro& macro) {
+        const auto repeats = std::count_if(macro.body.begin(), macro.body.end(),
+                                           [&](const std::string& word) { return macro.parameters.contains(word); });
+        return std::max(static_cast<double>(repeats), 1.0);
+    }
+
+    const std::map<std::string, Macro>& macros;
+    std::map<std::string, double> sizes;
 };
 
 std::string AtLine(const Token& token, const std::string& text) {
@@ -147,31 +184,64 @@ std::string AtLine(const Token& token, const std::string& text) {
 }
 
 bool CheckMacros(const Lexer& lexer, std::string& reason) {
-    MacroSizes sizes(lexer.macros);
-    std::size_t total = 0;
-    for (const Token& token : lexer.tokens) {
-        total += sizes.Of(token.text);
-        if (total <= maximumMacroTokens) continue;
-        reason = AtLine(token, "the macros expand to too much text");
-        return false;
-    }
-    return true;
+    std::vector<std::string> words;
+    words.reserve(lexer.tokens.size());
+    for (const Token& token : lexer.tokens)
+        words.push_back(token.text);
+    if (MacroSizes(lexer.macros).Of(words) <= maximumMacroTokens) return true;
+    reason = "the program is too long, or its macros expand to too much";
+    return false;
 }
 
-// The compiler descends once for each open bracket, operator and else; these limits keep it far from the end of the
-// stack.
-bool CheckShape(const std::vector<Token>& tokens, std::string& reason) {
-    unsigned nesting = 0;
+bool IsControl(const std::string& word) {
+    return word == "for" || word == "while" || word == "do" || word == "if" || word == "else" || word == "switch";
+}
+
+// The compilers descend once for each open bracket, each statement that a control word opens without braces, each
+// operator and each else, with frames of some KiB; the limits keep them far from the end of the stack.
+class Shape {
+  public:
+    bool Take(const std::string& token) {
+        const char sign = token.front();
+        ++statement;
+        if (sign == '(' || sign == '[') ++round;
+        if ((sign == ')' || sign == ']') && round > 0) --round;
+        if (IsControl(token)) ++pending.back();
+        if (token == "else") ++elses;
+        if (sign == ';') EndStatement();
+        if (sign == '{') Open();
+        if (sign == '}') Close();
+        const std::size_t nesting = round + pending.size() + std::accumulate(pending.begin(), pending.end(), 0U);
+        return nesting <= maximumNesting && statement <= maximumStatementTokens && elses <= maximumElseChain;
+    }
+
+  private:
+    void EndStatement() {
+        statement = 0;
+        // Inside brackets it parts the three places of a "for".
+        if (round == 0) pending.back() = 0;
+    }
+    void Open() {
+        statement = 0;
+        pending.push_back(0);
+    }
+    void Close() {
+        statement = 0;
+        if (pending.size() > 1) pending.pop_back();
+        pending.back() = 0;
+        if (pending.size() == 1) elses = 0;
+    }
+
+    unsigned round = 0;
     unsigned statement = 0;
     unsigned elses = 0;
+    std::vector<unsigned> pending{0};  // control words that wait for the end of their statement, by open brace
+};
+
+bool CheckShape(const std::vector<Token>& tokens, std::string& reason) {
+    Shape shape;
     for (const Token& token : tokens) {
-        const char sign = token.text.front();
-        if (sign == '(' || sign == '[' || sign == '{') ++nesting;
-        if ((sign == ')' || sign == ']' || sign == '}') && nesting > 0) --nesting;
-        statement = sign == ';' || sign == '{' || sign == '}' ? 0 : statement + 1;
-        if (token.text == "else") ++elses;
-        if (sign == '}' && nesting == 0) elses = 0;
-        if (nesting <= maximumNesting && statement <= maximumStatementTokens && elses <= maximumElseChain) continue;
+        if (shape.Take(token.text)) continue;
         reason = AtLine(token, "the program is nested too deeply or has too long a statement");
         return false;
     }

@@ -17,7 +17,7 @@ struct HlslSource {
 };
 
 // False with `reason` ("line 3: ...") when the source uses what is not supported or is too large or too deeply nested
-// for the compiler's recursion: at most 256 KiB, 128 open brackets, 4096 tokens in a statement.
+// for the compiler's recursion: at most 256 KiB, 128 open brackets, 2048 tokens in a statement.
 [[nodiscard]] bool ReadHlslSource(const std::string& source, HlslSource& out, std::string& reason);
 
 }  // namespace platform

@@ -27,5 +27,8 @@ const ProfileLimits* FindProfile(const std::string& name);
 // optimised program, so a program close to the limit may pass or fail against what another compiler says.
 [[nodiscard]] bool KeepsLimits(const ProfileLimits& limits, const std::vector<std::uint32_t>& spirv,
                                std::string& reason);
+// The same for the constants that the program reads.
+[[nodiscard]] bool KeepsConstants(const ProfileLimits& limits, const std::vector<ShaderConstant>& constants,
+                                  std::string& reason);
 
 }  // namespace platform

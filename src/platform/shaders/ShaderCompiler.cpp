@@ -6,6 +6,7 @@
 #include "platform/shaders/HlslToSpirv.h"
 #include "platform/shaders/ProfileLimits.h"
 #include "platform/shaders/ShaderConstants.h"
+#include "platform/shaders/SpirvCount.h"
 #include "platform/shaders/SpirvToGlsl.h"
 
 namespace platform {
@@ -54,12 +55,14 @@ bool CompileShader(const std::string& source, const std::string& fileName, const
     if (!ReadHlslSource(source, read, reason)) return refuse(reason);
     std::vector<std::uint32_t> spirv;
     if (!HlslToSpirv(source, fileName, entry, limits->stage, spirv, messages)) return false;
+    if (HasRecursion(spirv)) return refuse("a function calls itself");
     if (!KeepsLimits(*limits, spirv, reason)) return refuse(profile + ": " + reason);
 
     CompiledShader made;
     made.stage = limits->stage;
     made.profile = profile;
     if (!SpirvToGlsl(spirv, read.samplerRegisters, made, reason)) return refuse(reason);
+    if (!KeepsConstants(*limits, made.constants, reason)) return refuse(profile + ": " + reason);
     ApplyInitialValues(read, made);
     WarnOfInitialisers(read, made, fileName, messages);
     out = std::move(made);

@@ -1,0 +1,207 @@
+// HLSL of the Direct3D 9 era: what is taken, what is refused and why. What the programs draw is tested with the device.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <thread>
+
+#include "platform/ShaderCompiler.h"
+
+using namespace platform;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+namespace {
+
+std::string Repeated(const std::string& text, unsigned times) {
+    std::string all;
+    for (unsigned at = 0; at < times; ++at)
+        all += text;
+    return all;
+}
+
+// The body of a fragment stage with a sampler, two inputs and a result.
+std::string Fragment(const std::string& body, const std::string& before = "") {
+    return "sampler2D s; float n; " + before +
+           " float4 main(float4 c : COLOR, float2 t : TEXCOORD0) : COLOR { float4 r = c; " + body + " return r; }";
+}
+
+std::string Vertex(const std::string& body, const std::string& before = "") {
+    return before + " float4 main(float4 p : POSITION) : POSITION { " + body + " return p; }";
+}
+
+const ShaderConstant* Find(const CompiledShader& shader, const std::string& name) {
+    for (const ShaderConstant& constant : shader.constants)
+        if (constant.name == name) return &constant;
+    return nullptr;
+}
+
+}  // namespace
+
+TEST(ShaderCompiler, TakesWhatItsProfilesAllow) {
+    const std::string dependent = "float2 a = tex2D(s, t).xy;";
+    struct Row {
+        const char* name;
+        std::string source;
+        const char* profile;
+        const char* refusal;  // empty: taken
+    };
+    const Row rows[] = {
+        {"plain fragment", Fragment("r *= tex2D(s, t);"), "ps_2_0", ""},
+        {"old sampler word, half, static const",
+         "sampler s; static const half4 k = half4(1,2,3,4); half4 main(half2 t : TEXCOORD) : COLOR { return tex2D(s, t) * k; }",
+         "ps_2_0", ""},
+        {"cube and volume", Fragment("r = texCUBE(q, c.xyz) + tex3D(v, c.xyz);", "samplerCUBE q; sampler3D v;"),
+         "ps_2_0", ""},
+        {"result by parameter", "void main(float4 p : POSITION, out float4 q : POSITION) { q = p; }", "vs_2_0", ""},
+        {"small letters", "float4 main(float4 p : position) : position { return p; }", "vs_1_1", ""},
+        {"counted loop", Fragment("for (int i = 0; i < 4; i++) r += tex2D(s, t * i);"), "ps_2_0", ""},
+        {"open loop", Fragment("for (int i = 0; i < n; i++) r += c;"), "ps_2_0", "a loop cannot be unrolled"},
+        {"open loop in 3.0", Fragment("for (int i = 0; i < n; i++) r += c;"), "ps_3_0", ""},
+        {"endless loops", Fragment("for (int i = 0; i < 100000; i++) for (int j = 0; j < 100000; j++) r += c * i * j;"),
+         "ps_2_0", "a loop cannot be unrolled"},
+        {"too many instructions", Fragment(Repeated("r = r * c + sin(r);", 30)), "ps_2_0", "of at most 64"},
+        {"the same in 2.a", Fragment(Repeated("r = r * c + sin(r);", 30)), "ps_2_a", ""},
+        {"unrolled instructions", Fragment("for (int i = 0; i < 60; i++) r = r * c + sin(r);"), "ps_2_0",
+         "of at most 64"},
+        {"too many reads", Fragment(Repeated("t += 0.1; r += tex2D(s, t);", 40)), "ps_2_0", "40 texture reads"},
+        {"levels around a loop", Fragment(dependent + "for (int i = 0; i < 5; i++) a = tex2D(s, a).xy; r.xy = a;"),
+         "ps_2_0", "levels of dependent"},
+        {"four levels", Fragment(dependent + Repeated("a = tex2D(s, a).xy;", 3) + "r.xy = a;"), "ps_2_0", ""},
+        {"five levels", Fragment(dependent + Repeated("a = tex2D(s, a).xy;", 4) + "r.xy = a;"), "ps_2_0",
+         "5 levels of dependent"},
+        {"gradients", Fragment("r += ddx(c);"), "ps_2_0", "gradients"},
+        {"gradients in 2.a", Fragment("r += ddx(c);"), "ps_2_a", ""},
+        {"too many constants", Vertex("p += k[int(p.x)];", "float4 k[200];"), "vs_1_0",
+         "200 constant registers, of at most 96"},
+        {"constants of 2.0", Vertex("p += k[int(p.x)];", "float4 k[200];"), "vs_2_0", ""},
+        {"vertex reads", Vertex("p += tex2Dlod(s, p);", "sampler2D s;"), "vs_2_0", "textures cannot be read"},
+        {"vertex reads in 3.0", Vertex("p += tex2Dlod(s, p);", "sampler2D s;"), "vs_3_0", ""},
+        {"unknown profile", Vertex(""), "vs_9_9", "unknown profile \"vs_9_9\""},
+        {"no main", "float4 other(float4 p : POSITION) : POSITION { return p; }", "vs_2_0",
+         "entry function \"main\" not found"},
+        {"syntax", "float4 main( : POSITION { return 1; }", "vs_2_0", "test.hlsl:1"},
+        {"unknown name", Fragment("r = nothing;"), "ps_2_0", "nothing"},
+        {"effect texture", "texture picture; " + Fragment(""), "ps_2_0", "line 1: \"texture\" belongs to effect files"},
+        {"effect sampler", "\n\nsampler k = sampler_state { Filter = 1; }; " + Fragment(""), "ps_2_0",
+         "line 3: \"sampler_state\""},
+        {"two on one register",
+         Fragment("r = tex2D(a, t) + tex2D(b, t);", "sampler a : register(s1); sampler b : register(s1);"), "ps_2_0",
+         "two samplers share register s1"},
+        {"no result", "void main(float4 c : COLOR) { }", "ps_2_0", "writes no COLOR0"},
+    };
+    for (const Row& row : rows) {
+        CompiledShader shader;
+        std::string messages;
+        const bool taken = CompileShader(row.source, "test.hlsl", "main", row.profile, shader, messages);
+        EXPECT_EQ(taken, *row.refusal == 0) << row.name << ": " << messages;
+        if (taken) continue;
+        EXPECT_THAT(messages, HasSubstr(row.refusal)) << row.name;
+        EXPECT_THAT(messages, HasSubstr("test.hlsl")) << row.name;
+        EXPECT_EQ(messages.back(), '\n') << row.name;
+    }
+}
+
+TEST(ShaderCompiler, ListsTheConstantsThatAreRead) {
+    CompiledShader shader;
+    std::string messages;
+    ASSERT_TRUE(
+        CompileShader(Vertex("p = mul(p, Plain) + mul(Rows, p); p.xyz += mul(p, Bones[2]) * Offsets[3] * small * on;",
+                             "float4x4 Plain; row_major float4x4 Rows; float4x3 Bones[5]; float Offsets[4]; bool on;"
+                             "float unused; float small = -2.5; float3 tint = float3(1, .5, 2e1);"
+                             "float4 spread = 3; float later = small;"),
+                      "test.hlsl", "main", "vs_2_0", shader, messages))
+        << messages;
+    EXPECT_EQ(messages, "");
+    EXPECT_EQ(Find(shader, "unused"), nullptr);
+    const ShaderConstant* bones = Find(shader, "Bones");
+    ASSERT_TRUE(bones);
+    EXPECT_THAT((std::vector<unsigned>{bones->rows, bones->columns, bones->elements, bones->elementStride}),
+                ElementsAre(4, 3, 5, 48));
+    EXPECT_FALSE(Find(shader, "Plain")->rowMajor);
+    EXPECT_TRUE(Find(shader, "Rows")->rowMajor);
+    EXPECT_EQ(Find(shader, "Offsets")->elementStride, 16U);
+    EXPECT_EQ(Find(shader, "on")->type, ConstantType::Bool);
+}
+
+// The compiler drops initial values; they come back as the block's first contents.
+TEST(ShaderCompiler, KeepsInitialValues) {
+    CompiledShader shader;
+    std::string messages;
+    const std::string constants =
+        "float a = -2.5; uniform float3 b = float3(1, .5, 2e1); float4 c = 3; int d[2] = {7, -8};"
+        "float e; float f = sin(1); /* float g = 1; */ static float h = 4;";
+    ASSERT_TRUE(CompileShader(Vertex("p += a + b.xyzz + c + d[0] + d[1] + e + f + h;", constants), "test.hlsl", "main",
+                              "vs_2_0", shader, messages));
+    EXPECT_EQ(messages, "test.hlsl: warning: the initial value of \"f\" is not a list of numbers and is not applied\n");
+    const auto value = [&](const char* name, std::size_t at) {
+        float result = 0;
+        std::memcpy(&result, &shader.initialConstants.at(Find(shader, name)->offset + at), 4);
+        return result;
+    };
+    EXPECT_EQ(value("a", 0), -2.5F);
+    EXPECT_EQ(value("b", 4), 0.5F);
+    EXPECT_EQ(value("b", 8), 20.0F);
+    EXPECT_EQ(value("c", 12), 3.0F);
+    EXPECT_EQ(value("e", 0), 0.0F);
+    std::int32_t second = 0;
+    std::memcpy(&second, &shader.initialConstants.at(Find(shader, "d")->offset + 16), 4);
+    EXPECT_EQ(second, -8);
+}
+
+TEST(ShaderCompiler, GivesSamplersTheirStages) {
+    CompiledShader shader;
+    std::string messages;
+    ASSERT_TRUE(CompileShader(Fragment("r = tex2D(third, t) + tex2D(s, t) + tex2D(free, t);",
+                                       "sampler third : register(s1); sampler2D unread; sampler2D free;"),
+                              "test.hlsl", "main", "ps_2_0", shader, messages));
+    std::vector<std::string> stages;
+    for (const ShaderSampler& sampler : shader.samplers)
+        stages.push_back(sampler.name + "=" + std::to_string(sampler.stage));
+    EXPECT_THAT(stages, testing::UnorderedElementsAre("kvSampler_s=0", "kvSampler_third=1", "kvSampler_free=2"));
+}
+
+TEST(ShaderCompiler, SurvivesHostileText) {
+    std::string doubling = "#define m0 r\n";
+    for (unsigned at = 1; at < 40; ++at) {
+        const std::string last = " m" + std::to_string(at - 1);
+        doubling += "#define m" + std::to_string(at) + last + last + "\n";
+    }
+    const std::string sources[] = {
+        "",
+        std::string(2U << 20, 'x'),
+        std::string("float4 main\0() {}", 17),
+        Fragment("r = " + Repeated("(", 100000) + "1" + Repeated(")", 100000) + ";"),
+        Fragment("r = " + Repeated("-", 100000) + "c;"),
+        Fragment("r = c" + Repeated("+c", 60000) + ";"),
+        Fragment(Repeated("if (n) r = c; else ", 20000) + "r = c;"),
+        Fragment(Repeated("{", 60000)),
+        Fragment(Repeated("for(;;)", 3000) + ";"),
+        doubling + Fragment("m39;"),
+        "#define f(x) x x x x x x x x\n" + Fragment("f(f(f(f(f(f(f(f(f(f(f(f(r;))))))))))))"),
+        "#include \"other.hlsl\"\n" + Fragment(""),
+        "#if 1\n#if 1\n/* \"",
+        Fragment("r = s;"),
+        "struct a { a b; }; " + Fragment("a q;"),
+        "float4 main(float4 c : COLOR) : COLOR { return main(c); }",
+        "float4 k[100000000]; " + Fragment("r = k[n];"),
+    };
+    for (const std::string& source : sources) {
+        CompiledShader shader;
+        std::string messages;
+        EXPECT_FALSE(CompileShader(source, "test.hlsl", "main", "ps_2_0", shader, messages)) << source.substr(0, 100);
+        EXPECT_THAT(messages, HasSubstr("test.hlsl")) << source.substr(0, 100);
+    }
+}
+
+TEST(ShaderCompiler, WorksFromSeveralThreads) {
+    const auto compile = [] {
+        CompiledShader shader;
+        std::string messages;
+        EXPECT_TRUE(CompileShader(Fragment("r *= tex2D(s, t);"), "test.hlsl", "main", "ps_2_0", shader, messages));
+    };
+    std::thread other(compile);
+    compile();
+    other.join();
+}
