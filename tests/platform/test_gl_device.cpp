@@ -1,6 +1,9 @@
 // The picture that the OpenGL device makes, pixel by pixel.
 
+#include <algorithm>
+
 #include "platform/GlFixture.h"
+#include "platform/gl/OpenGl.h"
 
 namespace glfixture {
 
@@ -74,6 +77,415 @@ TEST_F(GlDevice, DropsFacesByTheirTurnOnScreen) {
         EXPECT_EQ(At(12, 12) == red, row.clockwise) << static_cast<int>(row.mode);
         EXPECT_EQ(At(42, 12) == green, row.counter) << static_cast<int>(row.mode);
     }
+}
+
+TEST_F(GlDevice, KeepsDepthOrderFromZeroToOne) {
+    Set(RenderState::DepthTest, 1);
+    device->SetTransform(TransformKind::Projection, Perspective(1.5708F, 0.75F, 1, 100));
+    // Drawn near, far, nearer than the near plane and beyond the far one.
+    Draw(Quad(-50, -50, 50, 50, 20, red));
+    Draw(Quad(-90, -90, 90, 90, 90, green));
+    Draw(Quad(-1, -1, 1, 1, 0.9F, blue));
+    Draw(Quad(-200, -200, 200, 200, 101, white));
+    Read();
+    EXPECT_EQ(At(32, 24), red);
+    device->Clear(true, true, false, black, 1.0F, 0);
+    Draw(Quad(-90, -90, 90, 90, 90, green));
+    Set(RenderState::DepthWrite, 0);
+    Draw(Quad(-50, -50, 50, 50, 20, red));
+    Draw(Quad(-60, -60, 60, 60, 50, blue));
+    Read();
+    EXPECT_EQ(At(32, 24), blue) << "the red face left no depth";
+    // A cleared depth and the viewport's range lie on the same scale from 0 to 1.
+    Set(RenderState::DepthWrite, 1);
+    device->Clear(true, true, false, black, 0.5F, 0);
+    device->SetTransform(TransformKind::Projection, Pixels(0, 0, 64, 48));
+    Draw(Quad(0, 0, 32, 48, -0.6F, red));
+    Draw(Quad(32, 0, 64, 48, -0.4F, green));
+    device->SetViewport({0, 0, 64, 24, 0.0F, 0.5F});
+    Draw(Quad(0, 0, 32, 48, -0.9F, blue));
+    Read();
+    EXPECT_EQ(At(16, 40), black);
+    EXPECT_EQ(At(48, 40), green);
+    EXPECT_EQ(At(16, 10), blue);
+}
+
+TEST_F(GlDevice, ClipsToTheViewport) {
+    device->SetViewport({10, 4, 20, 8, 0, 1});
+    device->SetTransform(TransformKind::Projection, Pixels(10, 4, 20, 8));
+    Draw(Quad(-100, -100, 200, 200, 0, red));
+    Draw({{15, 0, 0, green}, {15, 40, 0, green}, {0, 6, 0, green}, {60, 6, 0, green}}, Primitive::Lines);
+    Read();
+    EXPECT_EQ(RegionOf(black).count, pictureWidth * pictureHeight - 20 * 8);
+    EXPECT_EQ(At(10, 4), red);
+    EXPECT_EQ(At(29, 11), red);
+    EXPECT_EQ(At(15, 8), green);
+    EXPECT_EQ(At(20, 6), green);
+}
+
+TEST_F(GlDevice, TestsAlphaByEachFunction) {
+    struct Row {
+        CompareFunction function;
+        bool below, equal, above;
+    };
+    const Row rows[] = {
+        {CompareFunction::Never, false, false, false},  {CompareFunction::Always, true, true, true},
+        {CompareFunction::Equal, false, true, false},   {CompareFunction::NotEqual, true, false, true},
+        {CompareFunction::Less, true, false, false},    {CompareFunction::LessEqual, true, true, false},
+        {CompareFunction::Greater, false, false, true}, {CompareFunction::GreaterEqual, false, true, true},
+    };
+    Set(RenderState::AlphaTest, 1);
+    Set(RenderState::AlphaReference, 100);
+    for (const Row& row : rows) {
+        Set(RenderState::AlphaFunction, static_cast<std::uint32_t>(row.function));
+        device->Clear(true, false, false, black, 1.0F, 0);
+        const std::uint32_t alphas[] = {99, 100, 101};
+        for (unsigned at = 0; at < 3; ++at) {
+            const auto left = static_cast<float>(at * 20);
+            Draw(Quad(left, 0, left + 20, 48, 0, alphas[at] << 24 | 0xFFFFFF));
+        }
+        Read();
+        EXPECT_EQ(At(10, 9) == white, row.below) << static_cast<int>(row.function);
+        EXPECT_EQ(At(30, 9) == white, row.equal) << static_cast<int>(row.function);
+        EXPECT_EQ(At(50, 9) == white, row.above) << static_cast<int>(row.function);
+    }
+}
+
+TEST_F(GlDevice, Blends) {
+    struct Row {
+        BlendFactor source, destination;
+        std::uint32_t expected;
+    };
+    // Source: alpha 1/5, colour FF 80 00; destination 00 40 80.
+    for (const Row& row : {Row{BlendFactor::SourceAlpha, BlendFactor::InverseSourceAlpha, 0xFF334D66},
+                           Row{BlendFactor::One, BlendFactor::One, 0xFFFFC080},
+                           Row{BlendFactor::DestinationColour, BlendFactor::Zero, 0xFF002000},
+                           Row{BlendFactor::Zero, BlendFactor::InverseSourceColour, 0xFF002080}}) {
+        device->Clear(true, false, false, 0xFF004080, 1.0F, 0);
+        Set(RenderState::AlphaBlend, 1);
+        Set(RenderState::BlendSource, static_cast<std::uint32_t>(row.source));
+        Set(RenderState::BlendDestination, static_cast<std::uint32_t>(row.destination));
+        Draw(Quad(0, 0, 64, 48, 0, 0x33FF8000));
+        Read();
+        for (const unsigned shift : {0U, 8U, 16U})
+            EXPECT_NEAR(At(9, 9) >> shift & 255, row.expected >> shift & 255, 1) << static_cast<int>(row.source);
+    }
+}
+
+TEST_F(GlDevice, SamplesEachFormat) {
+    struct Row {
+        const char* name;
+        PixelFormat format;
+        unsigned bytes;
+        std::uint32_t texel;
+        std::uint32_t colour;  // over a picture of 0000FF with the texel's alpha
+    };
+    const Row rows[] = {
+        {"A8R8G8B8", PixelFormat::A8R8G8B8, 4, 0xFF123456, 0xFF123456},
+        {"A8R8G8B8 clear", PixelFormat::A8R8G8B8, 4, 0x00123456, blue},
+        {"X8R8G8B8", PixelFormat::X8R8G8B8, 4, 0x00123456, 0xFF123456},
+        {"A8B8G8R8", PixelFormat::A8B8G8R8, 4, 0xFF563412, 0xFF123456},
+        {"R8G8B8", PixelFormat::R8G8B8, 3, 0x123456, 0xFF123456},
+        {"R5G6B5", PixelFormat::R5G6B5, 2, 0xF81F, 0xFFFF00FF},
+        {"R5G6B5 green", PixelFormat::R5G6B5, 2, 0x07E0, green},
+        {"X1R5G5B5", PixelFormat::X1R5G5B5, 2, 0x7C00, red},
+        {"A1R5G5B5", PixelFormat::A1R5G5B5, 2, 0x7C00, blue},
+        {"A4R4G4B4", PixelFormat::A4R4G4B4, 2, 0xF1A3, 0xFF11AA33},
+        {"X4R4G4B4", PixelFormat::X4R4G4B4, 2, 0x01A3, 0xFF11AA33},
+        {"R3G3B2", PixelFormat::R3G3B2, 1, 0xE3, 0xFFFF00FF},
+        {"A2R10G10B10", PixelFormat::A2R10G10B10, 4, 0xC0000000 | 0x3FFU << 20, red},
+        {"A2B10G10R10", PixelFormat::A2B10G10R10, 4, 0xC0000000 | 0x3FFU, red},
+        {"A8", PixelFormat::A8, 1, 0xFF, black},
+        {"A8 clear", PixelFormat::A8, 1, 0x00, blue},
+        {"L8", PixelFormat::L8, 1, 0x45, 0xFF454545},
+    };
+    Set(RenderState::AlphaBlend, 1);
+    Set(RenderState::BlendSource, static_cast<std::uint32_t>(BlendFactor::SourceAlpha));
+    Set(RenderState::BlendDestination, static_cast<std::uint32_t>(BlendFactor::InverseSourceAlpha));
+    for (const Row& row : rows) {
+        EXPECT_TRUE(graphics->CheckTextureFormat(0, PixelFormat::X8R8G8B8, row.format)) << row.name;
+        // Three to a row: pitches are not always the width.
+        const auto texture = Texture(row.format, 3, 2, std::vector<std::uint32_t>(6, row.texel), row.bytes);
+        ASSERT_TRUE(texture) << row.name;
+        EXPECT_EQ(texture->Format(), row.format);
+        device->SetTexture(0, texture.get());
+        device->Clear(true, false, false, blue, 1.0F, 0);
+        Draw(Quad(0, 0, 64, 48));
+        Read();
+        EXPECT_EQ(RegionOf(row.colour).count, pictureWidth * pictureHeight) << row.name << std::hex << At(9, 9);
+    }
+}
+
+TEST_F(GlDevice, ReadsCubesVolumesAndMipmaps) {
+    std::unique_ptr<DeviceTexture> cube;
+    std::unique_ptr<DeviceTexture> volume;
+    std::unique_ptr<DeviceTexture> chain;
+    ASSERT_EQ(device->CreateTexture({TextureKind::Cube, 4, 4, 1, 0, PixelFormat::A8R8G8B8}, cube), DeviceResult::Ok);
+    ASSERT_EQ(device->CreateTexture({TextureKind::Volume, 2, 2, 4, 1, PixelFormat::A8R8G8B8}, volume),
+              DeviceResult::Ok);
+    ASSERT_EQ(device->CreateTexture({TextureKind::Plain, 64, 32, 1, 3, PixelFormat::A8R8G8B8}, chain),
+              DeviceResult::Ok);
+    EXPECT_EQ(cube->Levels(), 3U);
+    const auto fill = [](DeviceTexture& texture, unsigned level, unsigned face, unsigned slice, std::uint32_t colour) {
+        LockedTexels texels;
+        ASSERT_TRUE(texture.Lock(level, face, false, texels));
+        for (unsigned y = 0; y < texture.Height(level); ++y) {
+            auto* row = static_cast<char*>(texels.data) + slice * texels.slicePitch + y * texels.rowPitch;
+            std::fill_n(reinterpret_cast<std::uint32_t*>(row), texture.Width(level), colour);
+        }
+        texture.Unlock(level, face);
+    };
+    for (unsigned face = 0; face < 6; ++face)
+        for (unsigned level = 0; level < 3; ++level)
+            fill(*cube, level, face, 0, face == 3 ? green : red);
+    for (unsigned slice = 0; slice < 4; ++slice)
+        fill(*volume, 0, 0, slice, slice == 2 ? green : red);
+    fill(*chain, 0, 0, 0, red);
+    fill(*chain, 1, 0, 0, green);
+    fill(*chain, 2, 0, 0, blue);
+
+    const auto shows = [&](DeviceTexture& texture, const char* read) {
+        const auto shader = Shader(std::string("sampler2D plain; samplerCUBE cube; sampler3D volume;"
+                                               "float4 main(float2 t : TEXCOORD0) : COLOR { return ") +
+                                       read + "; }",
+                                   "ps_2_0");
+        device->SetFragmentShader(shader.get());
+        device->SetTexture(0, &texture);
+        Draw(Quad(0, 0, 32, 16));
+        Read();
+        device->SetFragmentShader(nullptr);
+        return At(8, 8);
+    };
+    EXPECT_EQ(shows(*cube, "texCUBE(cube, float3(0, -1, 0))"), green) << "the fourth face looks down";
+    EXPECT_EQ(shows(*volume, "tex3D(volume, float3(t, 0.625))"), green);
+    // Drawn at half its size.
+    EXPECT_EQ(shows(*chain, "tex2D(plain, t)"), green);
+    SamplerState sampler;
+    sampler.mipmap = TextureFilter::None;
+    device->SetSampler(0, sampler);
+    EXPECT_EQ(shows(*chain, "tex2D(plain, t)"), red);
+    LockedTexels texels;
+    EXPECT_FALSE(chain->Lock(3, 0, true, texels));
+    EXPECT_FALSE(chain->Lock(0, 1, true, texels));
+}
+
+TEST_F(GlDevice, FiltersAndWrapsAsTheSamplerSays) {
+    const auto texture = Texture(PixelFormat::A8R8G8B8, 2, 1, {black, white}, 4);
+    device->SetTexture(0, texture.get());
+    std::vector<Vertex> twice = Quad(0, 0, 64, 48);
+    for (Vertex& vertex : twice)
+        vertex.u *= 2;
+    Draw(twice);
+    Read();
+    EXPECT_EQ(At(40, 9), black) << "the second turn begins anew";
+    SamplerState sampler;
+    sampler.u = TextureAddress::Clamp;
+    sampler.magnify = TextureFilter::Linear;
+    device->SetSampler(0, sampler);
+    Draw(twice);
+    Read();
+    EXPECT_EQ(At(40, 9), white);
+    EXPECT_NEAR(At(16, 9) & 255, 128, 8) << "between the two texels";
+}
+
+TEST_F(GlDevice, DrawsFromBuffers) {
+    std::vector<Vertex> vertices = Quad(4, 4, 20, 20, 0, red);
+    const std::vector<Vertex> more = Quad(30, 4, 40, 20, 0, green);
+    vertices.insert(vertices.end(), more.begin(), more.end());
+    std::unique_ptr<DeviceBuffer> buffer;
+    std::unique_ptr<DeviceBuffer> indices;
+    ASSERT_EQ(device->CreateVertexBuffer(vertices.size() * sizeof(Vertex), false, true, buffer), DeviceResult::Ok);
+    ASSERT_EQ(device->CreateIndexBuffer(12, false, true, indices), DeviceResult::Ok);
+    EXPECT_EQ(device->CreateIndexBuffer(0, false, true, indices), DeviceResult::InvalidCall);
+    std::copy(vertices.begin(), vertices.end(), static_cast<Vertex*>(buffer->Lock(false)));
+    buffer->Unlock();
+    const std::uint16_t order[6] = {0, 1, 2, 6, 7, 8};
+    std::copy(order, order + 6, static_cast<std::uint16_t*>(indices->Lock(false)));
+    indices->Unlock();
+    device->SetVertexBuffer(buffer.get(), sizeof(Vertex));
+    device->SetIndexBuffer(indices.get());
+
+    device->DrawIndexed(Primitive::Triangles, 12, 3, 1);
+    Read();
+    EXPECT_EQ(At(37, 8), green);
+    EXPECT_EQ(RegionOf(red).count, 0U);
+    device->Draw(Primitive::Triangles, 0, 2);
+    Draw({{50, 40, 0, blue}, {60, 40, 0, blue}, {60, 46, 0, blue}, {50, 46, 0, blue}}, Primitive::TriangleFan);
+    Read();
+    EXPECT_EQ(RegionOf(red), (Region{256, 4, 4, 19, 19}));
+    EXPECT_EQ(RegionOf(blue), (Region{60, 50, 40, 59, 45}));
+    // The buffer is pointed at again after vertices came from memory, and seen again after it was rewritten.
+    static_cast<Vertex*>(buffer->Lock(true))[0].colour = blue;
+    buffer->Unlock();
+    device->Clear(true, false, false, black, 1.0F, 0);
+    device->Draw(Primitive::Points, 0, 1);
+    Read();
+    EXPECT_EQ(RegionOf(blue), (Region{1, 4, 4, 4, 4}));
+    // What lies outside the buffers is not drawn.
+    device->Draw(Primitive::Triangles, 9, 2);
+    device->DrawIndexed(Primitive::Triangles, 12, 3, 2);
+    device->DrawIndexed(Primitive::Triangles, 13, 0, 1);
+    buffer.reset();
+    device->Draw(Primitive::Triangles, 0, 1);
+    Read();
+    EXPECT_EQ(RegionOf(black).count, pictureWidth * pictureHeight - 1);
+}
+
+TEST_F(GlDevice, DrawsWires) {
+    Set(RenderState::Fill, static_cast<std::uint32_t>(FillMode::Wireframe));
+    Draw({{4, 4, 0, red}, {40, 4, 0, red}, {4, 40, 0, red}});
+    Read();
+    EXPECT_EQ(At(10, 10), black);
+    EXPECT_EQ(At(20, 4), red);
+    EXPECT_EQ(At(4, 20), red);
+}
+
+TEST_F(GlDevice, FixedFunctionMultipliesTextureAndColour) {
+    const auto texture = Texture(PixelFormat::A8R8G8B8, 1, 1, {0xFF80FF40}, 4);
+    device->SetTexture(0, texture.get());
+    Draw(Quad(0, 0, 16, 48, 0, 0xFFFF8000));
+    device->SetStageOperation(0, StageOperation::Disable, StageOperation::Disable);
+    Draw(Quad(16, 0, 32, 48, 0, 0xFFFF8000));
+    device->SetStageOperation(0, StageOperation::TextureTimesDiffuse, StageOperation::TextureTimesDiffuse);
+    device->SetTexture(0, nullptr);
+    Draw(Quad(32, 0, 48, 48, 0, 0xFFFF8000));
+    // Without colours in the vertices.
+    const auto bare = device->CreateVertexLayout({{0, VertexType::Float3, VertexUse::Position}});
+    device->SetVertexLayout(bare.get());
+    Draw(Quad(48, 0, 64, 48, 0, red));
+    Read();
+    EXPECT_EQ(At(8, 8), 0xFF808000);
+    EXPECT_EQ(At(24, 8), 0xFFFF8000);
+    EXPECT_EQ(At(40, 8), 0xFFFF8000);
+    EXPECT_EQ(At(56, 8), white);
+}
+
+TEST_F(GlDevice, MultipliesRowVectorsByWorldViewProjection) {
+    DeviceMatrix world = Identity();
+    DeviceMatrix view = Identity();
+    world[12] = 10;
+    view[0] = 2;
+    device->SetTransform(TransformKind::World, world);
+    device->SetTransform(TransformKind::View, view);
+    Draw(Quad(0, 0, 4, 4, 0, red));
+    Read();
+    EXPECT_EQ(RegionOf(red), (Region{32, 20, 0, 27, 3}));
+}
+
+TEST_F(GlDevice, ComesBackFromALoss) {
+    const auto texture = Texture(PixelFormat::A4R4G4B4, 1, 1, {0xF0F0}, 2);
+    const auto shader = Shader(
+        "float tint; sampler s; float4 main(float2 t : TEXCOORD0) : COLOR"
+        "{ return tex2D(s, t) + float4(tint, 0, 0, 0); }",
+        "ps_2_0");
+    const float one = 1;
+    shader->SetFloats(shader->FindConstant("tint"), &one, 1);
+    std::unique_ptr<DeviceBuffer> buffer;
+    ASSERT_EQ(device->CreateVertexBuffer(6 * sizeof(Vertex), false, true, buffer), DeviceResult::Ok);
+    const std::vector<Vertex> vertices = Quad(0, 0, 64, 48);
+    std::copy(vertices.begin(), vertices.end(), static_cast<Vertex*>(buffer->Lock(false)));
+    buffer->Unlock();
+    const auto show = [&] {
+        Plain();
+        device->SetTexture(0, texture.get());
+        device->SetFragmentShader(shader.get());
+        device->SetVertexBuffer(buffer.get(), sizeof(Vertex));
+        device->Draw(Primitive::Triangles, 0, 2);
+    };
+    show();
+    device->EndScene();
+    device->ProvokeLoss(2);
+    EXPECT_EQ(device->TestCooperativeLevel(), DeviceResult::DeviceLost);
+    EXPECT_EQ(device->Reset(parameters), DeviceResult::DeviceLost);
+    EXPECT_EQ(device->TestCooperativeLevel(), DeviceResult::DeviceLost);
+    EXPECT_EQ(device->TestCooperativeLevel(), DeviceResult::DeviceNotReset);
+    EXPECT_EQ(device->BeginScene(), DeviceResult::DeviceLost);
+    show();
+    device->Present();
+    std::unique_ptr<DeviceTexture> meanwhile;
+    EXPECT_EQ(device->CreateTexture({TextureKind::Plain, 4, 4, 1, 1, PixelFormat::A8}, meanwhile), DeviceResult::Ok);
+    Set(RenderState::AlphaReference, 77);
+    ASSERT_EQ(device->Reset(parameters), DeviceResult::Ok);
+    EXPECT_EQ(device->TestCooperativeLevel(), DeviceResult::Ok);
+    EXPECT_EQ(device->GetRenderState(RenderState::AlphaReference), 0U) << "states begin anew";
+    ASSERT_EQ(device->BeginScene(), DeviceResult::Ok);
+    EXPECT_EQ(device->BeginScene(), DeviceResult::InvalidCall);
+    show();
+    Read();
+    EXPECT_EQ(RegionOf(0xFFFFFF00).count, pictureWidth * pictureHeight);
+}
+
+TEST_F(GlDevice, RefusesTexturesThatCannotBe) {
+    struct Row {
+        const char* name;
+        TextureRequest request;
+        DeviceResult result;
+    };
+    const Row rows[] = {
+        {"no width", {TextureKind::Plain, 0, 4, 1, 1, PixelFormat::A8}, DeviceResult::InvalidCall},
+        {"oblong cube", {TextureKind::Cube, 4, 8, 1, 1, PixelFormat::A8}, DeviceResult::InvalidCall},
+        {"too wide", {TextureKind::Plain, 1U << 30, 1, 1, 1, PixelFormat::A8}, DeviceResult::InvalidCall},
+        {"too many levels", {TextureKind::Plain, 4, 4, 1, 4, PixelFormat::A8}, DeviceResult::InvalidCall},
+        {"deep plain one", {TextureKind::Plain, 4, 4, 2, 1, PixelFormat::A8}, DeviceResult::InvalidCall},
+        {"a depth format", {TextureKind::Plain, 4, 4, 1, 1, PixelFormat::D16}, DeviceResult::NotAvailable},
+        {"a palette", {TextureKind::Plain, 4, 4, 1, 1, PixelFormat::P8}, DeviceResult::NotAvailable},
+        {"more than the card's memory",
+         {TextureKind::Volume, 2048, 2048, 2048, 1, PixelFormat::A8R8G8B8},
+         DeviceResult::OutOfVideoMemory},
+    };
+    for (const Row& row : rows) {
+        std::unique_ptr<DeviceTexture> texture;
+        EXPECT_EQ(device->CreateTexture(row.request, texture), row.result) << row.name;
+        EXPECT_FALSE(texture) << row.name;
+    }
+    const std::uint64_t before = device->FreeTextureMemory();
+    const auto texture = Texture(PixelFormat::A8, 512, 512, std::vector<std::uint32_t>(512 * 512), 1);
+    EXPECT_EQ(before - device->FreeTextureMemory(), 512U * 512U);
+}
+
+TEST_F(GlDevice, AnswersForTheHardware) {
+    AdapterIdentity identity;
+    ASSERT_TRUE(graphics->ReadIdentity(0, identity));
+    EXPECT_FALSE(identity.description.empty());
+    EXPECT_GE(identity.driverVersionHigh, 0x0006000FU) << "no driver of this system is one of the old ones";
+    EXPECT_FALSE(graphics->ReadIdentity(1, identity));
+    DeviceCapabilities capabilities;
+    ASSERT_TRUE(graphics->ReadCapabilities(0, capabilities));
+    EXPECT_GE(capabilities.maxTextureWidth, 1024U);
+    EXPECT_EQ(capabilities.pixelShaderMajor, 3U);
+    EXPECT_TRUE(graphics->CheckDeviceType(0, PixelFormat::X8R8G8B8, PixelFormat::X8R8G8B8, true));
+    EXPECT_FALSE(graphics->CheckDeviceType(0, PixelFormat::X8R8G8B8, PixelFormat::X8R8G8B8, false));
+    EXPECT_FALSE(graphics->CheckDeviceType(0, PixelFormat::R5G6B5, PixelFormat::R5G6B5, true))
+        << "the window has 8 bits";
+    EXPECT_TRUE(graphics->CheckDepthFormat(0, PixelFormat::X8R8G8B8, PixelFormat::D24X8));
+    EXPECT_TRUE(graphics->CheckDepthFormat(0, PixelFormat::X8R8G8B8, PixelFormat::D24S8));
+    EXPECT_FALSE(graphics->CheckDepthFormat(0, PixelFormat::X8R8G8B8, PixelFormat::D32));
+    EXPECT_FALSE(graphics->CheckTextureFormat(0, PixelFormat::X8R8G8B8, PixelFormat::P8));
+    // Another device on the same window, and objects that outlive theirs.
+    const auto texture = Texture(PixelFormat::A8, 1, 1, {1}, 1);
+    device.reset();
+    PresentParameters fullscreen = parameters;
+    fullscreen.windowed = false;
+    EXPECT_EQ(graphics->CreateDevice(0, *window, VertexProcessing::Hardware, true, fullscreen, device),
+              DeviceResult::NotAvailable);
+    PresentParameters open;
+    ASSERT_EQ(graphics->CreateDevice(0, *window, VertexProcessing::Hardware, true, open, device), DeviceResult::Ok);
+    EXPECT_EQ(open.backBufferWidth, pictureWidth);
+    EXPECT_FALSE(device->RenderTargetHasStencil());
+    Plain();
+    Draw(Quad(0, 0, 64, 48, 0, red));
+    Read();
+    EXPECT_EQ(At(9, 9), red);
+}
+
+// Without a main window the questions are asked on a hidden one.
+TEST(GlInterface, AnswersWithoutAWindow) {
+    UseOpenGl();
+    const auto graphics = CreateGraphicsInterface();
+    ASSERT_TRUE(graphics);
+    DeviceCapabilities capabilities;
+    EXPECT_TRUE(graphics->ReadCapabilities(0, capabilities));
+    EXPECT_GE(capabilities.maxVolumeExtent, 256U);
 }
 
 }  // namespace glfixture
