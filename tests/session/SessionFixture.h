@@ -1,9 +1,8 @@
 #pragma once
-// What the tests of the session share: a recording world, the messages posted, a small map.
+// What the tests of the session share: a recording world and the messages posted.
 
 #include <string>
 
-#include "formats/TolvMap.h"
 #include "session/MessageQueue.h"
 #include "session/WorldPort.h"
 
@@ -15,11 +14,6 @@ inline std::string TakeMessages() {
     for (std::string text; MessageQueue::Default().Pop(text);)
         all += text + "\n";
     return all;
-}
-
-// A map file of 2 columns of 2 cells with nothing on them: a grid of 8 x 8 cells.
-inline std::string SmallMapFile() {
-    return "MAP V01.10 Tolvarin\nwidth=2\nheight=2\nBODY\n" + std::string(24, '\0');
 }
 
 struct RecordingWorld : WorldPort {

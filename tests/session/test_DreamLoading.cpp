@@ -4,6 +4,9 @@
 
 #include <vector>
 
+#include "demo/formats/ArchiveWriter.h"
+#include "demo/formats/MapWriter.h"
+#include "formats/TolvMap.h"
 #include "net/NetClient.h"
 #include "platform/MessageBox.h"
 #include "session/SessionFixture.h"
@@ -29,17 +32,6 @@ BoxAnswer AnswerBox(const std::string& text, const std::string& caption, platfor
     return answer;
 }
 
-// An archive of one plain file.
-std::string Archive(const std::string& name, std::string content) {
-    std::string archive = "FR01" + std::string(24, '\0') + "FZ" + name + std::string(48 - name.size(), '\0');
-    for (const std::size_t number : {content.size(), std::size_t{0}, std::size_t{1}})
-        for (unsigned shift = 0; shift < 32; shift += 8)
-            archive += static_cast<char>(number >> shift);
-    for (char& c : content)
-        c = static_cast<char>(~c);
-    return archive + content;
-}
-
 struct DreamLoadingTest : testing::Test {
     DreamLoadingTest() {
         TakeMessages();
@@ -56,7 +48,10 @@ struct DreamLoadingTest : testing::Test {
         TolvSession::Default().SetWorldPort(nullptr);
         platform::SetMessageBoxHandler(before);
     }
-    void PutDream(const std::string& name, const std::string& archive) {
+    // A local copy of a dream of one file.
+    void PutDream(const std::string& name, const std::string& file) {
+        const std::string archive =
+            demo::WriteArchive({{file, demo::ArchiveMethod::Plain, demo::WriteMap(demo::MapDrawing(2, 2))}});
         folder.Write("kvn2_tmp/" + name + "/" + name + ".dream", archive);
         folder.Write("kvn2_tmp/" + name + "/" + name + ".dream.size", std::to_string(archive.size()));
     }
@@ -77,8 +72,8 @@ const std::string question =
     "(If you choose no, you may be temporarily stuck in the dream)?";
 
 TEST_F(DreamLoadingTest, TheNewestDoneDreamLoadsFirstOneAFrame) {
-    PutDream("one", Archive("default.map", support::SmallMapFile()));
-    PutDream("two", Archive("other.map", support::SmallMapFile()));
+    PutDream("one", "default.map");
+    PutDream("two", "other.map");
     EXPECT_TRUE(Data().StartDreamTransfer("two", "kvn2_tmp\\two"));
     EXPECT_TRUE(Data().StartDreamTransfer("one", "kvn2_tmp\\one"));
     EXPECT_FALSE(Data().StartDreamTransfer("busy", "kvn2_tmp\\busy"));
@@ -97,11 +92,11 @@ TEST_F(DreamLoadingTest, TheNewestDoneDreamLoadsFirstOneAFrame) {
     EXPECT_EQ(game.ReadLine(), "vascodagama\n");
     UpdateTransfers();
     EXPECT_EQ(Data().GetTransfers().size(), 1U);
-    EXPECT_TRUE(folder.Has("kvn2_tmp/one/one.dream") && folder.Has("kvn2_tmp/two/two.dream"));
 }
 
 TEST_F(DreamLoadingTest, FailuresOfEveryKindAskThePlayer) {
-    PutDream("broken", "no archive");
+    folder.Write("kvn2_tmp/broken/broken.dream", "no archive");
+    folder.Write("kvn2_tmp/broken/broken.dream.size", "10");
     answer = BoxAnswer::Yes;
     std::vector<std::pair<std::string, std::string>> rows = {
         {"broken", localCopy + "> Decompressing dream...\n" + aborted}};

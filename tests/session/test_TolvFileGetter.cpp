@@ -37,8 +37,7 @@ std::string Content(std::size_t size) {
 // Block `number` of a file of the size of `content`, filled up behind its end.
 std::string Block(const std::string& content, unsigned number, std::size_t blockSize) {
     std::string block = "SC";
-    for (unsigned shift = 0; shift < 32; shift += 8)
-        block += static_cast<char>(number >> shift);
+    block += {static_cast<char>(number), 0, 0, 0};
     block += "????" + content.substr(number * (blockSize - 10), blockSize - 10);
     block.resize(blockSize, '#');
     return block;
@@ -124,39 +123,34 @@ TEST_F(FileGetterTest, TwoTransfersOfOneDreamDoNotShareTheFile) {
 }
 
 TEST_F(FileGetterTest, Failures) {
-    const std::string welcome = "Anomolous message recieved in response to file server connect.\n";
-    const std::string reply = "Anomolous response recieved to RC request.\n";
-    const std::string order =
-        "Out of order data block received from file server... aborting. (I know, I should handle this better.... later!)\n";
     const std::string content = Content(100);
-    struct Row {
-        std::string answer;
-        std::string log;
-        std::string messages;
-        std::string acknowledged;
-    };
-    std::vector<Row> rows = {
+    // The server's answer, the error log, the messages, the acknowledgements.
+    std::vector<std::array<std::string, 4>> rows = {
         {Reply(100, 60) + "XC" + std::string(58, ' '),
          "Non-data block recieved while downloading file... aborting.\n" + deleted, begun + "> FAILED\n", ""},
-        {Reply(100, 60) + Block(content, 1, 60) + Block(content, 0, 60), order + deleted, begun + "> FAILED\n", ""},
+        {Reply(100, 60) + Block(content, 1, 60) + Block(content, 0, 60),
+         "Out of order data block received from file server... aborting. (I know, I should handle this better.... later!)\n" +
+             deleted,
+         begun + "> FAILED\n", ""},
         {Reply(100, 60) + Block(content, 0, 60) + cut, "Lost connection to file server...\n" + deleted,
          begun + "> Lost connection to file server.\n", "PKOK 0\n"},
     };
     for (const char* const refusal :
          {"045 100 0 60\n", "044 100 0 60\n", "\n", "44 100 60\n", "44 0 0 60\n", "44 -5 0 60\n", "44 x 0 60\n",
           "44 100 0 10\n", "44 100 0 -60\n", "44 100 0 1048577\n", "44 536870913 0 60\n", "44 99999999999999 0 60\n"})
-        rows.push_back({refusal, reply + notDeleted, accepted + "> FAILED\n", ""});
-    for (const Row& row : rows) {
+        rows.push_back(
+            {refusal, "Anomolous response recieved to RC request.\n" + notDeleted, accepted + "> FAILED\n", ""});
+    for (const auto& [answer, log, messages, acknowledged] : rows) {
         support::ClearErrorLog();
-        EXPECT_FALSE(Transfer(row.answer, row.acknowledged));
-        EXPECT_EQ(folder.Read("_error.txt"), row.log) << row.answer;
-        EXPECT_EQ(support::TakeMessages(), row.messages) << row.answer;
+        EXPECT_FALSE(Transfer(answer, acknowledged));
+        EXPECT_EQ(folder.Read("_error.txt") + support::TakeMessages(), log + messages) << answer;
         EXPECT_FALSE(folder.Has(path));
     }
     for (const std::string& bad : {std::string("10\n"), std::string("100 hello\n"), std::string(70000, '1')}) {
         support::ClearErrorLog();
         EXPECT_FALSE(Transfer("", "", bad.c_str()));
-        EXPECT_EQ(folder.Read("_error.txt"), welcome + notDeleted);
+        EXPECT_EQ(folder.Read("_error.txt"),
+                  "Anomolous message recieved in response to file server connect.\n" + notDeleted);
         EXPECT_EQ(support::TakeMessages(), "> FAILED\n");
     }
     for (const char* const noted : {"", "4", "x3", "-3"}) {

@@ -2,9 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
+#include <utility>
 
+#include "demo/formats/MapWriter.h"
 #include "formats/Palette.h"
+#include "formats/TolvMap.h"
 #include "net/NetClient.h"
 #include "session/PlayerData.h"
 #include "session/SessionFixture.h"
@@ -21,13 +23,12 @@ TolvDataManager& Data() {
     return TolvDataManager::Default();
 }
 
+const std::string smallMap = demo::WriteMap(demo::MapDrawing(2, 2));  // a grid of 8 x 8 cells
+
 struct TolvSessionTest : testing::Test {
     TolvSessionTest() {
         TakeMessages();
-        Data().ClearCharacters();
-        Data().ClearMarkers();
-        Data().SetViewPosition(0, 0);
-        (void)TolvMap::Current().LoadMapBytes(support::SmallMapFile(), "small.map");
+        (void)TolvMap::Current().LoadMapBytes(smallMap, "small.map");
         session.SetWorldPort(&world);
         GetPlayerData() = {"Ab", "secret", "#SABC", "hello", {1, 2}};
     }
@@ -46,7 +47,8 @@ struct TolvSessionTest : testing::Test {
         ASSERT_TRUE(WaitFor([&] { return client.PendingBytes() == bytes.size(); }));
         session.PollServer();
     }
-    std::string State() {
+    // What the lines have changed; the next state starts empty.
+    std::string TakeState() {
         std::string state;
         for (const Character& c : Data().GetCharacters()) {
             state += "character " + std::to_string(c.gx) + "," + std::to_string(c.gy) + " colour";
@@ -62,7 +64,10 @@ struct TolvSessionTest : testing::Test {
         int gy = 0;
         Data().GetViewPosition(gx, gy);
         if (gx != 0 || gy != 0) state += "view " + std::to_string(gx) + "," + std::to_string(gy) + "\n";
-        return state + world.calls + TakeMessages();
+        Data().ClearCharacters();
+        Data().ClearMarkers();
+        Data().SetViewPosition(0, 0);
+        return state + std::exchange(world.calls, "") + TakeMessages();
     }
 
     support::TestFolder folder;
@@ -139,13 +144,9 @@ TEST_F(TolvSessionTest, LineKinds) {
          "character -4752,1589 colour96-223 looks0000\n"},
     };
     for (const Row& row : rows) {
-        Data().ClearCharacters();
-        Data().ClearMarkers();
-        Data().SetViewPosition(0, 0);
-        world.calls.clear();
         for (const std::string& line : row.lines)
             session.HandleServerLine(line);
-        EXPECT_EQ(State(), row.state) << row.lines[0];
+        EXPECT_EQ(TakeState(), row.state) << row.lines[0];
     }
     EXPECT_EQ(TolvMap::Current().GetFloor(0, 5), 3);
     EXPECT_EQ(TolvMap::Current().GetObject(0, 5), 95 * 95 - 1);
@@ -156,12 +157,9 @@ TEST_F(TolvSessionTest, LineKinds) {
 
 TEST_F(TolvSessionTest, FilesNamedByTheServerStayInsideTheGame) {
     LogIn();
-    std::string palette;
-    for (int i = 0; i < 768; ++i)
-        palette += static_cast<char>(i);
-    folder.Write("patches/default/day.pcx", palette);
+    folder.Write("patches/default/day.pcx", std::string(768, '\3'));
     folder.Write("patches/up.pcx", std::string(768, 'x'));
-    folder.Write("maps/one.map", support::SmallMapFile());
+    folder.Write("maps/one.map", smallMap);
     session.HandleServerLine("]ccday.pcx");
     session.HandleServerLine("]cc..\\up.pcx");
     EXPECT_EQ(currentPalette[1].red, 3);
@@ -173,8 +171,7 @@ TEST_F(TolvSessionTest, FilesNamedByTheServerStayInsideTheGame) {
         session.HandleServerLine("<!!!!!!!!!!     !");
         session.HandleServerLine(line);
         EXPECT_EQ(TolvMap::Current().GetFloor(0, 4), TolvMap::floorOutside) << line;
-        EXPECT_EQ(State(), "graphics patches\\default\\\ngraphics patches\\default\\\n");
-        world.calls.clear();
+        EXPECT_EQ(TakeState(), "graphics patches\\default\\\ngraphics patches\\default\\\n");
     }
 }
 
