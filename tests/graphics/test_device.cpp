@@ -6,9 +6,10 @@
 
 #include "graphics/device/DXGState.h"
 #include "support/ScriptedFoundation.h"
-#include "support/TestFolder.h"
 
 namespace {
+
+using support::TakeErrors;
 
 using platform::DeviceResult;
 using platform::PixelFormat;
@@ -25,16 +26,17 @@ struct Device : testing::Test {
     support::TestFolder folder;
     support::ScriptedFoundation foundation{false};
     platform::DeviceScript& script = foundation.scripted.script;
+    unsigned processing = 9;
+    bool noGraphics = true;
+    std::string warning;
+    bool Check() { return DXG::CheckHardware(processing, warning, noGraphics); }
     ~Device() override { EXPECT_TRUE(foundation.scripted.faults.empty()) << foundation.scripted.faults.front(); }
 };
 
 TEST_F(Device, HardwareCheckReportsACapableCard) {
-    unsigned processing = 9;
-    bool noGraphics = true;
-    std::string warning;
     script.capabilities.vertexShaderMajor = 3;
     script.capabilities.volumePowerOfTwoOnly = true;
-    EXPECT_FALSE(DXG::CheckHardware(processing, warning, noGraphics));
+    EXPECT_FALSE(Check());
     EXPECT_FALSE(noGraphics);
     EXPECT_EQ(processing, 2U);
     EXPECT_EQ(DXG::VertexShaderMajor(), 3U);
@@ -48,11 +50,8 @@ TEST_F(Device, HardwareCheckReportsACapableCard) {
 }
 
 TEST_F(Device, HardwareCheckReportsAPoorCard) {
-    unsigned processing = 9;
-    bool noGraphics = false;
-    std::string warning;
     script.capabilities = platform::DeviceCapabilities();
-    EXPECT_FALSE(DXG::CheckHardware(processing, warning, noGraphics));
+    EXPECT_FALSE(Check());
     EXPECT_EQ(processing, 0U);
     EXPECT_FALSE(DXG::HasPixelShaders());
     EXPECT_FALSE(DXG::HasVolumeTextures());
@@ -67,14 +66,11 @@ TEST_F(Device, HardwareCheckReportsAPoorCard) {
 }
 
 TEST_F(Device, HardwareCheckWithoutAnswers) {
-    unsigned processing = 1;
-    bool noGraphics = false;
-    std::string warning;
     script.hasCapabilities = false;
-    EXPECT_FALSE(DXG::CheckHardware(processing, warning, noGraphics));
-    EXPECT_EQ(support::ErrorLogText(), "Could not retrieve graphics device capabilities\n");
+    EXPECT_FALSE(Check());
+    EXPECT_EQ(TakeErrors(), "Could not retrieve graphics device capabilities\n");
     script.hasInterface = false;
-    EXPECT_TRUE(DXG::CheckHardware(processing, warning, noGraphics));
+    EXPECT_TRUE(Check());
     EXPECT_TRUE(noGraphics);
     EXPECT_TRUE(warning.starts_with("DirectX9.0c or greater is required to run this program.\n"));
     EXPECT_TRUE(warning.ends_with("\n\n"));
@@ -96,10 +92,8 @@ TEST_F(Device, OldDriversAreKnownForTwoVendors) {
         script.identity.vendorId = row.vendor;
         script.identity.driverVersionHigh = row.high;
         script.identity.driverVersionLow = row.low;
-        unsigned processing = 0;
-        bool noGraphics = false;
-        std::string warning;
-        EXPECT_EQ(DXG::CheckHardware(processing, warning, noGraphics), row.old) << row.vendor << " " << row.low;
+        warning.clear();
+        EXPECT_EQ(Check(), row.old) << row.vendor << " " << row.low;
         EXPECT_EQ(warning.starts_with("It has been detected that you may be using an older driver"), row.old);
     }
 }
@@ -133,7 +127,6 @@ TEST_F(Device, FormatsFallBackInTheirOrder) {
         {"no stencil", 32, false, true, true, {X8R8G8B8}, {D16}, X8R8G8B8, D16, noStencil}};
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
-        support::ClearErrorLog();
         script.desktopBits = row.desktop;
         script.displayFormats = row.displays;
         script.depthFormats = row.depths;
@@ -145,7 +138,7 @@ TEST_F(Device, FormatsFallBackInTheirOrder) {
         EXPECT_EQ(foundation.scripted.lastParameters.depthFormat, row.depth);
         EXPECT_EQ(DXG::GetSetup().stencil, row.stencil && (row.depth == D24S8 || row.depth == D15S1));
         EXPECT_EQ(DXG::Uses32BitColour(), row.fullscreen ? row.colour32 : row.desktop == 32);
-        EXPECT_EQ(support::ErrorLogText(), row.errors);
+        EXPECT_EQ(TakeErrors(), row.errors);
         foundation.Stop();
     }
 }
@@ -157,7 +150,7 @@ TEST_F(Device, DisplayFormatOfAnEarlierStartIsTheFallback) {
     script.displayFormats.clear();
     ASSERT_TRUE(foundation.Start());
     EXPECT_EQ(foundation.scripted.lastParameters.backBufferFormat, R5G6B5);
-    EXPECT_EQ(support::ErrorLogText(), "");
+    EXPECT_EQ(TakeErrors(), "");
 }
 
 TEST_F(Device, CreationIsTriedThreeTimes) {
@@ -173,12 +166,11 @@ TEST_F(Device, CreationIsTriedThreeTimes) {
         {{no, no, no}, bad}};
     foundation.setup.stencil = true;
     for (const auto& [answers, errors] : rows) {
-        support::ClearErrorLog();
         foundation.scripted.ForgetCalls();
         script.createDevice = answers;
         const bool third = answers.size() >= 2;
         EXPECT_EQ(foundation.Start(), answers.size() < 3);
-        EXPECT_EQ(support::ErrorLogText(), errors);
+        EXPECT_EQ(TakeErrors(), errors);
         EXPECT_EQ(foundation.scripted.CallsNamed("CreateDevice").size(), third ? 3U : 2U);
         EXPECT_EQ(foundation.scripted.lastParameters.depthFormat, third ? D16 : D24S8);
         EXPECT_EQ(DXG::GetSetup().stencil, !third);
@@ -190,7 +182,7 @@ TEST_F(Device, CreationIsTriedThreeTimes) {
 TEST_F(Device, StartIsRefusedAndThenSilent) {
     EXPECT_FALSE(DXG::Init(nullptr, &foundation.setup));
     EXPECT_FALSE(foundation.Start());
-    EXPECT_EQ(support::ErrorLogText(), "Null window passed to DXG::Init\n");
+    EXPECT_EQ(TakeErrors(), "Null window passed to DXG::Init\n");
     EXPECT_TRUE(DXG::HasFailed());
     DXG::ForgetFailure();
     EXPECT_FALSE(DXG::Init(&foundation.window, nullptr));
@@ -199,8 +191,8 @@ TEST_F(Device, StartIsRefusedAndThenSilent) {
     EXPECT_TRUE(foundation.Start());
     EXPECT_FALSE(foundation.Start());
     EXPECT_TRUE(DXG::IsInitialized());
-    EXPECT_EQ(support::ErrorLogText(),
-              "Null window passed to DXG::Init\nDXG::Init failed:\n  -Invalid pointer passed for Setup struct.\n"
+    EXPECT_EQ(TakeErrors(),
+              "DXG::Init failed:\n  -Invalid pointer passed for Setup struct.\n"
               "Warning: GetSetup used, and setup is not valid.\nAttempt to call DXG::Init while already ready\n");
 }
 
@@ -239,13 +231,12 @@ TEST_F(Device, FrameCallsInTheWrongOrderAreReported) {
     for (const char* name : {"BeginFrame", "EndFrame0", "EndFrame1", "GetDevice"})
         expected += std::string("Error: DXG::") + name +
                     " used when graphics foundation is not initialized.\n  -call made from:\n\n";
-    EXPECT_EQ(support::ErrorLogWithoutStacks(), expected);
+    EXPECT_EQ(TakeErrors(), expected);
     ASSERT_TRUE(foundation.Start());
-    support::ClearErrorLog();
     DXG::EndFrame0();
     EXPECT_TRUE(DXG::BeginFrame(0.1F, true, true));
     EXPECT_FALSE(DXG::BeginFrame(0.1F, true, true));
-    EXPECT_EQ(support::ErrorLogWithoutStacks(),
+    EXPECT_EQ(TakeErrors(),
               "EndFrame should not be called if BeginFrame was not successfully called before.\n"
               "Error: Previous BeginFrame call was not matched with an EndFrame call\n  -2nd call made from:\n\n");
 }
@@ -289,14 +280,13 @@ TEST_F(Device, ResetsFailInThreeWays) {
         {DeviceResult::Ok, DeviceResult::Ok, false, false, ""}};
     for (const Row& row : rows) {
         ASSERT_TRUE(foundation.Start());
-        support::ClearErrorLog();
         script.cooperativeLevel = {DeviceResult::DeviceNotReset};
         script.reset = {row.reset};
         script.beginScene = {row.scene};
         EXPECT_FALSE(DXG::BeginFrame(0.1F, true, row.allowReset));
         EXPECT_TRUE(DXG::IsDeviceLost());
         EXPECT_EQ(DXG::HasFailed(), row.failed);
-        EXPECT_EQ(support::ErrorLogText(), row.error);
+        EXPECT_EQ(TakeErrors(), row.error);
         script.beginScene.clear();
         foundation.scripted.ForgetCalls();
         EXPECT_TRUE(DXG::BeginFrame(0.1F, true, true)) << "the device is fine by itself";
@@ -314,8 +304,7 @@ TEST_F(Device, AForgottenFoundationIsShutDownAtExit) {
             std::exit(0);
         },
         testing::ExitedWithCode(0), "");
-    EXPECT_EQ(support::ErrorLogText(),
-              "Warning: Graphics foundation never shut down\n -Attempting automatic shutdown... OK\n");
+    EXPECT_EQ(TakeErrors(), "Warning: Graphics foundation never shut down\n -Attempting automatic shutdown... OK\n");
 }
 
 TEST_F(Device, StatesTranslateBothWays) {

@@ -8,9 +8,10 @@
 #include "graphics/device/DXGImmediate.h"
 #include "graphics/device/DXGVert.h"
 #include "support/ScriptedFoundation.h"
-#include "support/TestFolder.h"
 
 namespace {
+
+using support::TakeErrors;
 
 using DXG::IndexBuffer;
 using DXG::VertexBuffer;
@@ -55,7 +56,7 @@ TEST_F(Buffers, FormatsBecomeDeclarationsOnce) {
     EXPECT_EQ(bound[2].type, platform::VertexType::PackedColour);
     EXPECT_EQ(bound[2].use, platform::VertexUse::Colour);
     EXPECT_EQ(scripted.device->current.stride, 28U);
-    EXPECT_EQ(support::ErrorLogText(), "");
+    EXPECT_EQ(TakeErrors(), "");
     foundation.Stop();
     ASSERT_TRUE(foundation.Start());
     EXPECT_NE(DXG::DeclarationOf(colouredFormat), nullptr);
@@ -78,12 +79,12 @@ TEST_F(Buffers, CreationFailuresAreReported) {
     scripted.script.createIndexBuffer = {DeviceResult::Failed};
     EXPECT_FALSE(indices.Create(3, false, false));
     EXPECT_FALSE(vertices.IsCreated() || indices.IsCreated());
-    EXPECT_EQ(support::ErrorLogWithoutStacks(),
-              "Bad type found in vertex format.\n" + stack + "Bad use found in vertex format.\n" + stack +
-                  "Failed to create d3d vertex declaration." + stack +
-                  "Failed to create vertex buffer (out of video memory)\n" + caller +
-                  "Failed to create vertex buffer (not enough system memory)\n" + caller +
-                  "Failed to create vertex buffer\n" + caller + "Failed to create index buffer.\n" + stack);
+    EXPECT_EQ(TakeErrors(), "Bad type found in vertex format.\n" + stack + "Bad use found in vertex format.\n" + stack +
+                                "Failed to create d3d vertex declaration." + stack +
+                                "Failed to create vertex buffer (out of video memory)\n" + caller +
+                                "Failed to create vertex buffer (not enough system memory)\n" + caller +
+                                "Failed to create vertex buffer\n" + caller + "Failed to create index buffer.\n" +
+                                stack);
 }
 
 TEST_F(Buffers, UseWithoutContentsIsReported) {
@@ -101,7 +102,7 @@ TEST_F(Buffers, UseWithoutContentsIsReported) {
     indices.Set();
     DXG::DrawIndexed(1);
     EXPECT_EQ(scripted.draws.size(), 1U) << "never locked, but drawn";
-    EXPECT_EQ(support::ErrorLogWithoutStacks(),
+    EXPECT_EQ(TakeErrors(),
               "Bad: Attempt to render indexed primitives with 'No vertex buffer set''No index buffer set'\n" + stack +
                   "Warning: attempt to lock a non-allocated vertex buffer.\n" + caller +
                   "Warning: attempt to lock a non-allocated index buffer.\n" + caller +
@@ -139,7 +140,7 @@ TEST_F(Buffers, LocksFillAndDrawsNameTheirRange) {
     EXPECT_TRUE(scripted.Called("Draw Triangles 3 1"));
     scripted.script.buffersLock = false;
     EXPECT_FALSE(vertices.Lock(true));
-    EXPECT_EQ(support::ErrorLogText(), "");
+    EXPECT_EQ(TakeErrors(), "");
     vertices.Release();
     EXPECT_EQ(scripted.device->vertexBuffer, nullptr) << "what is bound goes with its last handle";
     VertexBuffer fixed;
@@ -158,7 +159,7 @@ TEST_F(Buffers, LossHandlersOnlyReport) {
     DXG::EndFrame0();
     scripted.script.cooperativeLevel = {DeviceResult::DeviceNotReset};
     EXPECT_TRUE(DXG::BeginFrame(0.01F, false, true));
-    const std::string text = support::ErrorLogText();
+    const std::string text = TakeErrors();
     for (const char* line : {"Vertex Buffer Manager: handling device lost not done yet...\n",
                              "IndexBuffer::HandleDeviceLost not implemented yet...\n",
                              "Vertex Buffer Manager: handling device restore not done yet...\n",
@@ -169,17 +170,16 @@ TEST_F(Buffers, LossHandlersOnlyReport) {
     }
     foundation.Stop();
     EXPECT_EQ(scripted.liveObjects, 0);
-    support::ClearErrorLog();
     vertices.reset();
-    EXPECT_EQ(support::ErrorLogWithoutStacks(),
+    EXPECT_EQ(TakeErrors(),
               "Bad: vertex buffer being destructed, but graphics is not inited.\n"
               "  -AND it still thinks it has d3d resources.\n" +
                   stack + "Foolish globals are likely at fault.\n");
     indices.reset();
+    EXPECT_TRUE(TakeErrors().starts_with("Bad: index buffer being destructed, but graphics is not inited.\n"));
     VertexBuffer late;
-    support::ClearErrorLog();
     EXPECT_FALSE(late.Create(3, litFormat, 32, false, false));
-    EXPECT_EQ(support::ErrorLogWithoutStacks(),
+    EXPECT_EQ(TakeErrors(),
               "Error: DXG::VertexBuffer::Create used when graphics foundation is not initialized.\n" + caller);
 }
 
@@ -229,7 +229,7 @@ TEST_F(Buffers, ImmediateVerticesCarryTheirAttributes) {
     }
     EXPECT_EQ(draw.WordAt(0, 24), 0xFFFFFFFFU);
     EXPECT_EQ(draw.WordAt(1, 24), 0x3F007FFFU);
-    EXPECT_EQ(support::ErrorLogText(), "");
+    EXPECT_EQ(TakeErrors(), "");
 }
 
 TEST_F(Buffers, ImmediateModeReportsMisuse) {
@@ -246,12 +246,12 @@ TEST_F(Buffers, ImmediateModeReportsMisuse) {
     ASSERT_EQ(scripted.draws.size(), 1U);
     EXPECT_EQ(scripted.draws[0].primitiveCount, 1U);
     EXPECT_EQ(scripted.draws[0].WordAt(0, 24), 0xFF7E0081U) << "382 and -127, low 8 bits";
-    EXPECT_TRUE(support::ErrorLogWithoutStacks().starts_with(
+    EXPECT_TRUE(TakeErrors().starts_with(
         "IMEnd used, but am not within a begin/end block.\nbad primType passed ts IMBegin...\n" + stack +
         "IMBegin used... but already inside a begin/end block.\n" + stack + "Invalid float range for a color: 1.5\n" +
         stack + "Invalid float range for a color: -0.5\n" + stack +
         "Warning: IMPosition4 not correctly implemented correctly for D3D yet.\nInvalid float range for a color: "))
-        << support::ErrorLogWithoutStacks();
+        << TakeErrors();
 }
 
 }  // namespace

@@ -7,9 +7,10 @@
 #include "graphics/device/DXGShader.h"
 #include "graphics/device/DXGState.h"
 #include "support/ScriptedFoundation.h"
-#include "support/TestFolder.h"
 
 namespace {
+
+using support::TakeErrors;
 
 const std::string stack = "  -call stack:\n\n";
 
@@ -85,7 +86,6 @@ TEST_F(Shaders, VertexProfilesAreTriedInOrder) {
          ""}};
     compilerText = "hm";
     for (const Row& row : rows) {
-        support::ClearErrorLog();
         support::ClearLog("_shaders.txt");
         attempts.clear();
         compiledFor = row.compiled;
@@ -95,7 +95,7 @@ TEST_F(Shaders, VertexProfilesAreTriedInOrder) {
         EXPECT_EQ(shader.IsLoaded(), row.loads);
         EXPECT_EQ(attempts.size(), row.attempts);
         EXPECT_EQ(support::LogText("_shaders.txt"), row.shaderLog);
-        EXPECT_EQ(support::ErrorLogText(), row.errorLog);
+        EXPECT_EQ(TakeErrors(), row.errorLog);
     }
 }
 
@@ -105,23 +105,23 @@ TEST_F(Shaders, FragmentProfilesBothReport) {
     G::Shader shader;
     EXPECT_TRUE(shader.Load("", "s\\a"));
     EXPECT_EQ(attempts, (std::vector<std::string>{"s\\a.hlsl_f main ps_2_0", "s\\a.hlsl_f main ps_2_a"}));
-    EXPECT_EQ(support::ErrorLogText(), failed + "\n");
+    EXPECT_EQ(TakeErrors(), failed + "\n");
     compiledFor = {"vs_2_0"};
     EXPECT_FALSE(shader.Load("s\\a", "s\\a")) << "a named stage failed";
     EXPECT_FALSE(shader.IsLoaded());
-    EXPECT_EQ(support::ErrorLogText(), failed + "\n" + failed + "\n" + failed + "\n");
+    EXPECT_EQ(TakeErrors(), failed + "\n" + failed + "\n");
     EXPECT_EQ(scripted.liveObjects, 0);
     EXPECT_FALSE(shader.Load("", ""));
     EXPECT_FALSE(shader.Load("", "s\\none"));
+    EXPECT_EQ(TakeErrors(), "Failed to compile shader: s\\none.hlsl_f\nFailed to compile shader: s\\none.hlsl_f\n");
     EXPECT_NE(ShaderLog().find("s\\none.hlsl_f: the source file is empty or cannot be opened\n"), std::string::npos);
     foundation.Stop();
     scripted.script.capabilities.pixelShaderMajor = 0;
     ASSERT_TRUE(foundation.Start());
-    support::ClearErrorLog();
     support::ClearLog("_shaders.txt");
     EXPECT_FALSE(shader.Load("", "s\\a"));
-    EXPECT_EQ(support::ErrorLogText(), "Cannot compile Fragment Shader on this hardware: s\\a.hlsl_f\n");
-    EXPECT_EQ(ShaderLog(), support::ErrorLogText());
+    EXPECT_EQ(TakeErrors(), "Cannot compile Fragment Shader on this hardware: s\\a.hlsl_f\n");
+    EXPECT_EQ(ShaderLog(), "Cannot compile Fragment Shader on this hardware: s\\a.hlsl_f\n");
 }
 
 TEST_F(Shaders, ConstantsAreFoundByName) {
@@ -143,13 +143,13 @@ TEST_F(Shaders, ConstantsAreFoundByName) {
     const std::string both =
         "Warning: constant name(Both) exists in both fragment and vertex shader... fragment constant is "
         "unreachable.\n";
-    EXPECT_EQ(support::ErrorLogText(), both);
+    EXPECT_EQ(TakeErrors(), both);
     shader.SetFloat("None", 1);
     shader.SetInt("Tint", 1);
     G::Shader().SetFloat("None", 1);
     EXPECT_EQ(ShaderLog(),
               both + stack + "Warning: Asking for constant (None) in a shader, but it's not there.\n" + stack);
-    EXPECT_EQ(support::ErrorLogText(), both + "Shader::SetInt not implemented yet in DX.\n");
+    EXPECT_EQ(TakeErrors(), "Shader::SetInt not implemented yet in DX.\n");
 }
 
 // A B by the textbook, so that the sums here do not come from the code under test.
@@ -218,7 +218,7 @@ TEST_F(Shaders, StandardMatricesAreWrittenExactly) {
     foundation.Stop();
     EXPECT_FALSE(shader.IsLoaded()) << "shaders go with the device";
     EXPECT_FALSE(shader.Load("s\\a", ""));
-    EXPECT_TRUE(support::ErrorLogWithoutStacks().starts_with(
+    EXPECT_TRUE(TakeErrors().starts_with(
         "Error: G::Shader::Load used when graphics foundation is not initialized.\n  -call made from:\n"));
 }
 

@@ -11,9 +11,10 @@
 #include "graphics/device/ImageLoader.h"
 #include "graphics/device/TexelFormats.h"
 #include "support/ScriptedFoundation.h"
-#include "support/TestFolder.h"
 
 namespace {
+
+using support::TakeErrors;
 
 using DXG::Texture;
 using DXG::TextureType;
@@ -93,13 +94,12 @@ TEST_F(Textures, ImagesThatCannotBeUsedAreReported) {
         {"fine.bmp", Colour, DeviceResult::OutOfVideoMemory, fine + "  -graphics device out of memory\n" + stack},
         {"fine.bmp", Colour, DeviceResult::Failed, fine + stack}};
     for (const Row& row : rows) {
-        support::ClearErrorLog();
         scripted.script.createTexture = {row.creation};
         Texture texture;
         EXPECT_FALSE(texture.Load(row.file, row.type, false, false));
         scripted.script.createTexture.clear();
         EXPECT_FALSE(texture.IsLoaded());
-        EXPECT_EQ(support::ErrorLogWithoutStacks(), row.errors);
+        EXPECT_EQ(TakeErrors(), row.errors);
     }
 }
 
@@ -115,12 +115,11 @@ TEST_F(Textures, LevelsAndAspect) {
                         {512, 32, true, 3, true},  {2, 32, false, 1, true}};
     for (const Row& row : rows) {
         AddPicture("a.bmp", row.width, row.height, Rgb24);
-        support::ClearErrorLog();
         Texture texture;
         ASSERT_TRUE(texture.Load("a.bmp", AsFile, row.mipmaps, true));
         EXPECT_EQ(ObjectOf(texture).Levels(), row.levels) << row.width << " x " << row.height;
         EXPECT_EQ(texture.Record()->mipmapped, row.mipmaps);
-        EXPECT_EQ(support::ErrorLogWithoutStacks(),
+        EXPECT_EQ(TakeErrors(),
                   row.warned ? "warning: image \"a.bmp\" loaded successfully, but aspect ratio is greater than 8\n"
                                "  -aspect ratio more than 8 not recommended for best compatability with older "
                                "hardware\n  -call stack:\n\n"
@@ -160,10 +159,9 @@ TEST_F(Textures, FormatsFollowTypeFileAndDesktop) {
     }
     scripted.script.textureFormatGiven = D16;
     Texture odd;
-    support::ClearErrorLog();
     EXPECT_TRUE(odd.Create(4, 4, Colour, 1, false));
     EXPECT_EQ(odd.Type(), ColourAlpha);
-    EXPECT_EQ(support::ErrorLogWithoutStacks().find("Internal DXG Error: unable to deduce texture type"), 0U);
+    EXPECT_EQ(TakeErrors().find("Internal DXG Error: unable to deduce texture type"), 0U);
 }
 
 TEST_F(Textures, ColourKeyAndSmallerLevels) {
@@ -234,36 +232,32 @@ TEST_F(Textures, CreationChecksItsArguments) {
         {64, 64, CubeMap, 1, false, "", "CreateTexture 1 64 64 1 0 A8R8G8B8"},
         {8, 4, ColourAlpha, 2, true, noMipmaps, "CreateTexture 2 8 4 2 1 A8R8G8B8"}};
     for (const Row& row : rows) {
-        support::ClearErrorLog();
         scripted.ForgetCalls();
         Texture texture;
         EXPECT_EQ(texture.Create(row.width, row.height, row.type, row.depth, row.mipmaps), !row.call.empty());
-        EXPECT_EQ(support::ErrorLogWithoutStacks(), row.errors);
+        EXPECT_EQ(TakeErrors(), row.errors);
         EXPECT_EQ(scripted.calls, row.call.empty() ? std::vector<std::string>() : std::vector{row.call});
     }
-    support::ClearErrorLog();
     Texture texture;
     for (const TextureType type : {Colour, CubeMap}) {
         scripted.script.createTexture = {DeviceResult::Failed};
         EXPECT_FALSE(texture.Create(4, 4, type, 1, false));
     }
-    const std::string errors = support::ErrorLogText();
+    const std::string errors = TakeErrors();
     EXPECT_EQ(errors.find("pD3DDev->CreateTexture failed.\n  -call stack:   "), 0U);
     EXPECT_NE(errors.find("\n\npD3DDev->CreateCubeTexture failed.\n  -call stack:    "), std::string::npos);
     EXPECT_TRUE(errors.ends_with("\n\n"));
-    support::ClearErrorLog();
     foundation.Stop();
     scripted.script.capabilities.volumeTextures = false;
     ASSERT_TRUE(foundation.Start());
     EXPECT_FALSE(texture.Create(4, 4, Colour, 2, false));
-    EXPECT_EQ(support::ErrorLogText(), "");
+    EXPECT_EQ(TakeErrors(), "");
 }
 
 TEST_F(Textures, LocksReadTexels) {
     Texture texture;
     EXPECT_FALSE(texture.Lock(true));
-    EXPECT_EQ(support::ErrorLogWithoutStacks(), "Error... attempt to lock a non-existant texture.\n  -call stack:\n\n");
-    support::ClearErrorLog();
+    EXPECT_EQ(TakeErrors(), "Error... attempt to lock a non-existant texture.\n  -call stack:\n\n");
     ASSERT_TRUE(texture.Create(4, 2, ColourAlpha, 1, false));
     {
         DXG::TextureLock lock = texture.Lock(true);
@@ -276,16 +270,15 @@ TEST_F(Textures, LocksReadTexels) {
         for (const auto& [x, y] : {std::pair{-1, 0}, {4, 0}, {0, -1}, {0, 2}})
             EXPECT_EQ(lock.ReadTexel(x, y), 0U);
         EXPECT_EQ(lock.ReadLinear(4.0F, 0.0F), 0U);
-        EXPECT_EQ(support::ErrorLogText(), "");
+        EXPECT_EQ(TakeErrors(), "");
         EXPECT_EQ(lock.ReadLinear(3.5F, 1.0F), 0U);
-        EXPECT_EQ(support::ErrorLogText(), "linear sample not implemented yet...\n");
+        EXPECT_EQ(TakeErrors(), "linear sample not implemented yet...\n");
         const DXG::TextureLock moved = std::move(lock);
         EXPECT_EQ(ObjectOf(texture).openLocks, 1);
     }
     EXPECT_EQ(ObjectOf(texture).openLocks, 0);
     ASSERT_TRUE(texture.Create(2, 2, Alpha, 1, false));
     EXPECT_EQ(texture.Lock(false).ReadTexel(1, 1), 0xCDU) << "one byte a texel, none of its neighbours";
-    support::ClearErrorLog();
     ASSERT_TRUE(texture.Create(4, 4, CubeMap, 1, false));
     scripted.script.refusedFace = 4;
     EXPECT_FALSE(texture.Lock(false));
@@ -295,7 +288,7 @@ TEST_F(Textures, LocksReadTexels) {
     EXPECT_FALSE(texture.Lock(false));
     ASSERT_TRUE(texture.Create(4, 4, Alpha, 2, false));
     EXPECT_FALSE(texture.Lock(false));
-    EXPECT_EQ(support::ErrorLogText(),
+    EXPECT_EQ(TakeErrors(),
               "cube face failed to lock.\nFailed to lock texture for some reason...\n"
               "Failed to lock volume for some reason...\n");
 }
@@ -304,7 +297,7 @@ TEST_F(Textures, SetBindsTextureAndSampler) {
     using platform::TextureFilter;
     Texture texture;
     texture.Set(0);
-    EXPECT_EQ(support::ErrorLogWithoutStacks(), "Set called on a non-loaded texture.\n  -call stack:\n\n");
+    EXPECT_EQ(TakeErrors(), "Set called on a non-loaded texture.\n  -call stack:\n\n");
     ASSERT_TRUE(texture.Create(4, 4, Colour, 2, false));
     texture.SetWrap(true, false, false);
     const platform::SamplerState& sampler = scripted.device->samplers[3];
@@ -346,7 +339,7 @@ TEST_F(Textures, VolumesComeFromListsOfLayers) {
     ASSERT_TRUE(again.Load("vol\\mask.t3d", AsFile, false, false));
     EXPECT_EQ(again.Type(), Alpha);
     EXPECT_EQ(ObjectOf(again).TexelAt(0, 2, 1, 1), 0xFFU) << "the brightness of the layer";
-    EXPECT_EQ(support::ErrorLogText(), "");
+    EXPECT_EQ(TakeErrors(), "");
 
     folder.Write("vol/empty.t3d", " \n");
     folder.Write("vol/colour.t3d", "a.bmp c.bmp");
@@ -361,7 +354,7 @@ TEST_F(Textures, VolumesComeFromListsOfLayers) {
     scripted.script.texturesLock = false;
     folder.Write("vol/locked.t3d", "a.bmp b.bmp");
     EXPECT_FALSE(load("vol\\locked.t3d"));
-    EXPECT_EQ(support::ErrorLogWithoutStacks(),
+    EXPECT_EQ(TakeErrors(),
               "warning: 3D textures can't be mipmapped, but was requested (no plans to implement).\n"
               "There was a problem loading 3D texture file: vol\\empty.t3d\n  -no textures listed?\n"
               "  -call stack:\n\n"
@@ -374,7 +367,6 @@ TEST_F(Textures, VolumesComeFromListsOfLayers) {
               "Color key not supported on 3d textures.\nFailed to lock volume for some reason...\n"
               "Unable to lock 3d texture to load it... not good to have this happen obviously.\n"
               "  -call stack:\n\n");
-    support::ClearErrorLog();
     folder.Write("vol/out.t3d", "..\\secret.bmp");
     AddPicture("vol\\..\\secret.bmp", 4, 2, Argb32);
     EXPECT_FALSE(load("vol\\out.t3d")) << "layers lie below the list's folder";
@@ -398,7 +390,7 @@ TEST_F(Textures, LoadedImageKeepsPixelsAndIndices) {
     ASSERT_TRUE(image.Load("noindex.bmp"));
     EXPECT_FALSE(image.Load("none.bmp"));
     EXPECT_TRUE(image.width == 0 && image.channels == 0 && !image.pixels);
-    EXPECT_EQ(support::ErrorLogWithoutStacks(),
+    EXPECT_EQ(TakeErrors(),
               "LoadedImage.Load warning: Exact pixel format not matched for purposes of channel count for: o.gif\n"
               "minor warning: thought we could use 8bpp... but it wouldn't work, for noindex.bmp.  maybe a bug in "
               "ImageLoader.Load\nFailed to load image: none.bmp\n  -call stack:\n\n");
@@ -414,16 +406,15 @@ TEST_F(Textures, HandlesMayOutliveTheFoundation) {
     foundation.Stop();
     EXPECT_EQ(scripted.liveObjects, 0) << "device objects go with the device";
     EXPECT_FALSE(texture->Lock(false));
-    support::ClearErrorLog();
+    EXPECT_EQ(TakeErrors(), "Failed to get texture surface!? (LockTexture)\n");
     texture.reset();
-    EXPECT_EQ(support::ErrorLogWithoutStacks(),
+    EXPECT_EQ(TakeErrors(),
               "Bad: texture being destructed, but graphics is not inited.\n"
               "  -AND it still thinks it has d3d resources.\n  -call stack:\n\nFoolish globals are likely at fault.\n");
-    support::ClearErrorLog();
     Texture early;
     EXPECT_FALSE(early.Load("a.bmp", AsFile, false, false));
     EXPECT_FALSE(early.Create(4, 4, Colour, 1, false));
-    const std::string errors = support::ErrorLogWithoutStacks();
+    const std::string errors = TakeErrors();
     for (const char* text :
          {"Bad: texture created, but graphics is not inited.\n  -call stack:\n",
           "Error: DXG::Texture::Load used when graphics foundation is not initialized.\n  -call stack:\n",
@@ -467,12 +458,11 @@ TEST(SharedResources, LastHandleFreesTheRecord) {
         Careless::Records().clear();
         second.SRFree();
         EXPECT_EQ(second.releases, 1);
-        EXPECT_EQ(support::ErrorLogWithoutStacks(), "Internal error in SharedResource, SRFree()...  -call stack:\n\n");
+        EXPECT_EQ(TakeErrors(), "Internal error in SharedResource, SRFree()...  -call stack:\n\n");
     }
-    support::ClearErrorLog();
     ResType* left = std::make_unique<Careless>()->Record();
     EXPECT_EQ(
-        support::ErrorLogWithoutStacks(),
+        TakeErrors(),
         "Warning: Base (SharedResource) being destructed, but resource still allocated.  Did child not call SRFree "
         "in destructor?\n  -call stack:\n\n");
     delete2(left, "test", __LINE__);

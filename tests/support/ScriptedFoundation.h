@@ -3,6 +3,7 @@
 
 #include "graphics/device/DXGDevice.h"
 #include "platform/scripted/ScriptedDevice.h"
+#include "support/TestFolder.h"
 
 namespace support {
 
@@ -39,5 +40,13 @@ class ScriptedFoundation {
     DXG::Setup setup;
     std::string warning;
 };
+
+// What the error log says without stacks; empties it.
+inline std::string TakeErrors() {
+    std::string text = ErrorLogWithoutStacks();
+    if (!ErrorLogText().ends_with('\n') && !text.empty()) text.pop_back();
+    ClearErrorLog();
+    return text;
+}
 
 }  // namespace support
