@@ -77,25 +77,19 @@ TEST_F(Device, HardwareCheckWithoutAnswers) {
 }
 
 TEST_F(Device, OldDriversAreKnownForTwoVendors) {
-    struct Row {
-        std::uint32_t vendor, high, low;
-        bool old;
-    };
-    const Row rows[] = {{0x1002, 0x0006000D, 0xFFFFFFFF, true},
-                        {0x1002, 0x0006000E, 0x000A19C6, true},
-                        {0x1002, 0x0006000E, 0x000A19C7, false},
-                        {0x10DE, 0x0006000E, 0x000A19C7, true},
-                        {0x10DE, 0x0006000E, 0x000A1E61, false},
-                        {0x10DE, 0x0006000F, 0, false},
-                        {0x8086, 0, 0, false}};
-    for (const Row& row : rows) {
-        script.identity.vendorId = row.vendor;
-        script.identity.driverVersionHigh = row.high;
-        script.identity.driverVersionLow = row.low;
+    const auto isOld = [&](std::uint32_t vendor, std::uint32_t high, std::uint32_t low) {
+        script.identity.vendorId = vendor;
+        script.identity.driverVersionHigh = high;
+        script.identity.driverVersionLow = low;
         warning.clear();
-        EXPECT_EQ(Check(), row.old) << row.vendor << " " << row.low;
-        EXPECT_EQ(warning.starts_with("It has been detected that you may be using an older driver"), row.old);
-    }
+        const bool old = Check();
+        EXPECT_EQ(warning.starts_with("It has been detected that you may be using an older driver"), old);
+        return old;
+    };
+    EXPECT_TRUE(isOld(0x1002, 0x0006000D, 0xFFFFFFFF) && isOld(0x1002, 0x0006000E, 0x000A19C6));
+    EXPECT_TRUE(isOld(0x10DE, 0x0006000E, 0x000A1E60));
+    EXPECT_FALSE(isOld(0x1002, 0x0006000E, 0x000A19C7) || isOld(0x10DE, 0x0006000E, 0x000A1E61));
+    EXPECT_FALSE(isOld(0x10DE, 0x0006000F, 0) || isOld(0x8086, 0, 0));
 }
 
 TEST_F(Device, FormatsFallBackInTheirOrder) {
@@ -266,35 +260,30 @@ TEST_F(Device, ALostDeviceComesBack) {
     EXPECT_EQ(support::LogText("_stat.txt").find("Average framerate"), std::string::npos) << "it is not counted";
 }
 
-TEST_F(Device, ResetsFailInThreeWays) {
-    struct Row {
-        DeviceResult reset, scene;
-        bool allowReset, failed;
-        const char* error;
-    };
-    const Row rows[] = {
-        {DeviceResult::DriverInternalError, DeviceResult::Ok, true, true, "Internal graphics driver error occured\n"},
-        {DeviceResult::OutOfVideoMemory, DeviceResult::Ok, true, true, "Graphics device out of memory\n"},
-        {DeviceResult::DeviceLost, DeviceResult::Ok, true, false, ""},
-        {DeviceResult::Ok, DeviceResult::Failed, true, false, ""},
-        {DeviceResult::Ok, DeviceResult::Ok, false, false, ""}};
-    for (const Row& row : rows) {
+TEST_F(Device, ResetsFailInTheirWays) {
+    const auto fails = [&](DeviceResult reset, DeviceResult scene, bool allowReset, const std::string& error) {
         ASSERT_TRUE(foundation.Start());
         script.cooperativeLevel = {DeviceResult::DeviceNotReset};
-        script.reset = {row.reset};
-        script.beginScene = {row.scene};
-        EXPECT_FALSE(DXG::BeginFrame(0.1F, true, row.allowReset));
+        script.reset = {reset};
+        script.beginScene = {scene};
+        EXPECT_FALSE(DXG::BeginFrame(0.1F, true, allowReset));
         EXPECT_TRUE(DXG::IsDeviceLost());
-        EXPECT_EQ(DXG::HasFailed(), row.failed);
-        EXPECT_EQ(TakeErrors(), row.error);
+        EXPECT_EQ(DXG::HasFailed(), !error.empty());
+        EXPECT_EQ(TakeErrors(), error);
         script.beginScene.clear();
         foundation.scripted.ForgetCalls();
         EXPECT_TRUE(DXG::BeginFrame(0.1F, true, true)) << "the device is fine by itself";
         EXPECT_FALSE(DXG::IsDeviceLost());
-        EXPECT_EQ(foundation.scripted.Called("SetRenderState AlphaFunction 3"), row.scene == DeviceResult::Failed)
+        EXPECT_EQ(foundation.scripted.Called("SetRenderState AlphaFunction 3"), scene == DeviceResult::Failed)
             << "states that a reset took away come back with the next frame";
         foundation.Stop();
-    }
+    };
+    const DeviceResult ok = DeviceResult::Ok;
+    fails(DeviceResult::DriverInternalError, ok, true, "Internal graphics driver error occured\n");
+    fails(DeviceResult::OutOfVideoMemory, ok, true, "Graphics device out of memory\n");
+    fails(DeviceResult::DeviceLost, ok, true, "");
+    fails(ok, DeviceResult::Failed, true, "");
+    fails(ok, ok, false, "");
 }
 
 TEST_F(Device, AForgottenFoundationIsShutDownAtExit) {

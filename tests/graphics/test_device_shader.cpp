@@ -60,43 +60,35 @@ struct Shaders : testing::Test {
 };
 
 TEST_F(Shaders, VertexProfilesAreTriedInOrder) {
-    const std::string failed = "Failed to compile shader: s\\a.hlsl_v";
-    struct Row {
-        std::vector<std::string> compiled, refused;
-        bool loads;
-        std::size_t attempts;
-        std::string shaderLog, errorLog;
-    };
-    const Row rows[] = {
-        {{"vs_2_0", "vs_1_0", "vs_3_0"}, {}, true, 1, "", ""},
-        {{"vs_1_0", "vs_3_0"}, {}, true, 2, "", ""},
-        {{"vs_2_0", "vs_3_0"},
-         {"vs_2_0"},
-         true,
-         3,
-         "Shader warning(s) (s\\a.hlsl_v):\nhm\nnote: s\\a.hlsl_v loaded, but likely running in software.\n",
-         ""},
-        {{}, {}, false, 3, failed + ":\nhm", failed + "\n"},
-        {{"vs_3_0"},
-         {"vs_3_0"},
-         false,
-         3,
-         "Shader warning(s) (s\\a.hlsl_v):\nhm\nFailed to create shader (s\\a.hlsl_v), though it did compile... "
-         "hardware can't handle it probably.\n",
-         ""}};
-    compilerText = "hm";
-    for (const Row& row : rows) {
-        support::ClearLog("_shaders.txt");
+    const auto load = [&](std::vector<std::string> compiled, std::vector<std::string> refused) {
         attempts.clear();
-        compiledFor = row.compiled;
-        scripted.script.refusedProfiles = row.refused;
+        compiledFor = std::move(compiled);
+        scripted.script.refusedProfiles = std::move(refused);
+        support::ClearLog("_shaders.txt");
         G::Shader shader;
-        EXPECT_EQ(shader.Load("s\\a", ""), row.loads);
-        EXPECT_EQ(shader.IsLoaded(), row.loads);
-        EXPECT_EQ(attempts.size(), row.attempts);
-        EXPECT_EQ(support::LogText("_shaders.txt"), row.shaderLog);
-        EXPECT_EQ(TakeErrors(), row.errorLog);
-    }
+        const bool loaded = shader.Load("s\\a", "");
+        EXPECT_EQ(shader.IsLoaded(), loaded);
+        return loaded;
+    };
+    const std::string warned = "Shader warning(s) (s\\a.hlsl_v):\nhm\n";
+    compilerText = "hm";
+    EXPECT_TRUE(load({"vs_2_0", "vs_1_0", "vs_3_0"}, {}));
+    EXPECT_EQ(attempts, std::vector<std::string>{"s\\a.hlsl_v main vs_2_0"});
+    EXPECT_TRUE(load({"vs_1_0", "vs_3_0"}, {}));
+    EXPECT_EQ(attempts.size(), 2U);
+    EXPECT_EQ(ShaderLog(), "") << "the first two are silent";
+    EXPECT_TRUE(load({"vs_2_0", "vs_3_0"}, {"vs_2_0"}));
+    EXPECT_EQ(attempts.size(), 3U);
+    EXPECT_EQ(ShaderLog(), warned + "note: s\\a.hlsl_v loaded, but likely running in software.\n");
+    EXPECT_FALSE(load({"vs_3_0"}, {"vs_3_0"}));
+    EXPECT_EQ(ShaderLog(), warned +
+                               "Failed to create shader (s\\a.hlsl_v), though it did compile... hardware can't "
+                               "handle it probably.\n");
+    EXPECT_EQ(TakeErrors(), "");
+    EXPECT_FALSE(load({}, {}));
+    EXPECT_EQ(attempts.size(), 3U);
+    EXPECT_EQ(support::LogText("_shaders.txt"), "Failed to compile shader: s\\a.hlsl_v:\nhm");
+    EXPECT_EQ(TakeErrors(), "Failed to compile shader: s\\a.hlsl_v\n");
 }
 
 TEST_F(Shaders, FragmentProfilesBothReport) {

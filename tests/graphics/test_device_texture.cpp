@@ -73,34 +73,26 @@ TEST_F(Textures, ImagesThatCannotBeUsedAreReported) {
     AddPicture("damaged.bmp", 16, 16, Rgb24).status = platform::ImageStatus::InvalidData;
     AddPicture("fine.bmp", 16, 16, Rgb24);
     folder.Write("real.dds", "DDS ");
-    struct Row {
-        const char* file;
-        TextureType type;
-        DeviceResult creation;
-        std::string errors;
-    };
-    const std::string fine = "Failed to load image \"fine.bmp\"\n";
-    const Row rows[] = {
-        {"fine.bmp", Free, DeviceResult::Ok, "Error: attempt to load texture of type FREE\n" + stack},
-        {"none.bmp", AsFile, DeviceResult::Ok, "Failed to load image \"none.bmp\"\n" + stack},
-        {"real.dds", AsFile, DeviceResult::Ok,
-         "Error: .dds file(real.dds) being loaded.  This format is depreciated for compatability reasons. "
-         "Failing.\n"},
-        {"hundred.bmp", AsFile, DeviceResult::Ok,
-         "Unable to load image \"hundred.bmp\"\n  -dimensions must be powers of 2\n" + stack},
-        {"damaged.bmp", AsFile, DeviceResult::Ok,
-         "Failed to load image \"damaged.bmp\"\n  -file contains invalid data\n" + stack},
-        {"fine.bmp", CubeMap, DeviceResult::Ok, fine + "  -graphics device doesn't support requested type\n" + stack},
-        {"fine.bmp", Colour, DeviceResult::OutOfVideoMemory, fine + "  -graphics device out of memory\n" + stack},
-        {"fine.bmp", Colour, DeviceResult::Failed, fine + stack}};
-    for (const Row& row : rows) {
-        scripted.script.createTexture = {row.creation};
+    const auto fails = [&](const char* file, TextureType type, DeviceResult creation, const std::string& errors) {
+        scripted.script.createTexture = {creation};
         Texture texture;
-        EXPECT_FALSE(texture.Load(row.file, row.type, false, false));
+        EXPECT_FALSE(texture.Load(file, type, false, false) || texture.IsLoaded());
+        EXPECT_EQ(TakeErrors(), errors);
         scripted.script.createTexture.clear();
-        EXPECT_FALSE(texture.IsLoaded());
-        EXPECT_EQ(TakeErrors(), row.errors);
-    }
+    };
+    const DeviceResult ok = DeviceResult::Ok;
+    const std::string fine = "Failed to load image \"fine.bmp\"\n";
+    const std::string damaged = "Failed to load image \"damaged.bmp\"\n  -file contains invalid data\n";
+    const std::string hundred = "Unable to load image \"hundred.bmp\"\n  -dimensions must be powers of 2\n";
+    fails("fine.bmp", Free, ok, "Error: attempt to load texture of type FREE\n" + stack);
+    fails("none.bmp", AsFile, ok, "Failed to load image \"none.bmp\"\n" + stack);
+    fails("real.dds", AsFile, ok,
+          "Error: .dds file(real.dds) being loaded.  This format is depreciated for compatability reasons. Failing.\n");
+    fails("hundred.bmp", AsFile, ok, hundred + stack);
+    fails("damaged.bmp", AsFile, ok, damaged + stack);
+    fails("fine.bmp", CubeMap, ok, fine + "  -graphics device doesn't support requested type\n" + stack);
+    fails("fine.bmp", Colour, DeviceResult::OutOfVideoMemory, fine + "  -graphics device out of memory\n" + stack);
+    fails("fine.bmp", Colour, DeviceResult::Failed, fine + stack);
 }
 
 TEST_F(Textures, LevelsAndAspect) {
@@ -202,7 +194,7 @@ TEST(TexelFormats, PackEachFormat) {
         EXPECT_EQ(texel, expected) << platform::NameOf(format);
     }
     EXPECT_FALSE(DXG::WriteTexels({&pixel, 1, 1}, P8, false, nullptr, 0));
-    // Dithering spreads a value between two levels over neighbouring texels and leaves the ends alone.
+    // Dithering spreads a value between two levels over neighbouring texels.
     std::uint32_t greys[16];
     std::fill(std::begin(greys), std::end(greys), 0xFF000084U);
     std::uint16_t dithered[16];
@@ -212,46 +204,33 @@ TEST(TexelFormats, PackEachFormat) {
 }
 
 TEST_F(Textures, CreationChecksItsArguments) {
-    const std::string power = "Cannot create texture:\n  -dimensions must be powers of 2\n" + stack;
-    const std::string noMipmaps =
-        "warning: 3D textures can't be mipmapped, but was requested (no plans to implement).\n";
-    struct Row {
-        unsigned width, height;
-        TextureType type;
-        unsigned depth;
-        bool mipmaps;
-        std::string errors, call;
-    };
-    const Row rows[] = {
-        {100, 64, Colour, 1, false, power, ""},
-        {64, 64, Colour, 0, false, power, ""},
-        {64, 64, CubeMap, 2, false, "Cube Maps can't be 3D...\n", ""},
-        {64, 32, CubeMap, 1, false, "Cube maps can't have non-square sides...\n", ""},
-        {64, 64, AsFile, 1, false, "unsupported or unimplemented format in (DirectX)Texture::Create.\n", ""},
-        {64, 32, Alpha, 1, true, "", "CreateTexture 0 64 32 1 1 A8"},
-        {64, 64, CubeMap, 1, false, "", "CreateTexture 1 64 64 1 0 A8R8G8B8"},
-        {8, 4, ColourAlpha, 2, true, noMipmaps, "CreateTexture 2 8 4 2 1 A8R8G8B8"}};
-    for (const Row& row : rows) {
-        scripted.ForgetCalls();
-        Texture texture;
-        EXPECT_EQ(texture.Create(row.width, row.height, row.type, row.depth, row.mipmaps), !row.call.empty());
-        EXPECT_EQ(TakeErrors(), row.errors);
-        EXPECT_EQ(scripted.calls, row.call.empty() ? std::vector<std::string>() : std::vector{row.call});
-    }
     Texture texture;
-    for (const TextureType type : {Colour, CubeMap}) {
-        scripted.script.createTexture = {DeviceResult::Failed};
-        EXPECT_FALSE(texture.Create(4, 4, type, 1, false));
-    }
-    const std::string errors = TakeErrors();
-    EXPECT_EQ(errors.find("pD3DDev->CreateTexture failed.\n  -call stack:   "), 0U);
-    EXPECT_NE(errors.find("\n\npD3DDev->CreateCubeTexture failed.\n  -call stack:    "), std::string::npos);
-    EXPECT_TRUE(errors.ends_with("\n\n"));
+    const auto fails = [&](unsigned width, unsigned height, TextureType type, unsigned depth, const char* errors) {
+        EXPECT_FALSE(texture.Create(width, height, type, depth, false) || texture.IsLoaded());
+        EXPECT_EQ(TakeErrors(), errors);
+    };
+    fails(100, 64, Colour, 1, "Cannot create texture:\n  -dimensions must be powers of 2\n  -call stack:\n\n");
+    fails(64, 64, Colour, 0, "Cannot create texture:\n  -dimensions must be powers of 2\n  -call stack:\n\n");
+    fails(64, 64, CubeMap, 2, "Cube Maps can't be 3D...\n");
+    fails(64, 32, CubeMap, 1, "Cube maps can't have non-square sides...\n");
+    fails(64, 64, AsFile, 1, "unsupported or unimplemented format in (DirectX)Texture::Create.\n");
+    EXPECT_TRUE(scripted.CallsNamed("CreateTexture").empty());
+    EXPECT_TRUE(texture.Create(64, 32, Alpha, 1, true) && texture.Create(64, 64, CubeMap, 1, false));
+    EXPECT_EQ(TakeErrors(), "");
+    EXPECT_TRUE(texture.Create(8, 4, ColourAlpha, 2, true));
+    EXPECT_EQ(TakeErrors(), "warning: 3D textures can't be mipmapped, but was requested (no plans to implement).\n");
+    EXPECT_EQ(scripted.CallsNamed("CreateTexture"),
+              (std::vector<std::string>{"CreateTexture 0 64 32 1 1 A8", "CreateTexture 1 64 64 1 0 A8R8G8B8",
+                                        "CreateTexture 2 8 4 2 1 A8R8G8B8"}));
+    scripted.script.createTexture = {DeviceResult::Failed, DeviceResult::Failed};
+    EXPECT_FALSE(texture.Create(4, 4, Colour, 1, false));
+    EXPECT_EQ(TakeErrors().find("pD3DDev->CreateTexture failed.\n  -call stack:   "), 0U);
+    EXPECT_FALSE(texture.Create(4, 4, CubeMap, 1, false));
+    EXPECT_EQ(TakeErrors().find("pD3DDev->CreateCubeTexture failed.\n  -call stack:    "), 0U);
     foundation.Stop();
     scripted.script.capabilities.volumeTextures = false;
     ASSERT_TRUE(foundation.Start());
-    EXPECT_FALSE(texture.Create(4, 4, Colour, 2, false));
-    EXPECT_EQ(TakeErrors(), "");
+    fails(4, 4, Colour, 2, "");
 }
 
 TEST_F(Textures, LocksReadTexels) {
@@ -375,24 +354,22 @@ TEST_F(Textures, VolumesComeFromListsOfLayers) {
 TEST_F(Textures, LoadedImageKeepsPixelsAndIndices) {
     LoadedImage image;
     AddPicture("i.bmp", 3, 2, Indexed8, 0xFF112233U);
-    AddPicture("r.bmp", 3, 2, Rgb32);
-    AddPicture("o.gif", 3, 2, Other);
-    AddPicture("noindex.bmp", 3, 2, Indexed8).image.indices.clear();
     ASSERT_TRUE(image.Load("i.bmp"));
     EXPECT_EQ(image.channels, 1);
     EXPECT_EQ(image.pixels[5], 0xFF112233U);
     EXPECT_EQ(image.indices[5], 7);
-    ASSERT_TRUE(image.Load("r.bmp"));
-    EXPECT_EQ(image.channels, 3);
-    EXPECT_EQ(image.indices, nullptr);
-    ASSERT_TRUE(image.Load("o.gif"));
-    EXPECT_EQ(image.channels, 4);
-    ASSERT_TRUE(image.Load("noindex.bmp"));
+    FakePictures()["i.bmp"].image.indices.clear();
+    for (const auto& [layout, channels] : {std::pair{Rgb32, 3}, {Argb32, 4}, {Other, 4}, {Indexed8, 1}}) {
+        FakePictures()["i.bmp"].image.layout = layout;
+        ASSERT_TRUE(image.Load("i.bmp"));
+        EXPECT_EQ(image.channels, channels);
+        EXPECT_EQ(image.indices, nullptr);
+    }
     EXPECT_FALSE(image.Load("none.bmp"));
     EXPECT_TRUE(image.width == 0 && image.channels == 0 && !image.pixels);
     EXPECT_EQ(TakeErrors(),
-              "LoadedImage.Load warning: Exact pixel format not matched for purposes of channel count for: o.gif\n"
-              "minor warning: thought we could use 8bpp... but it wouldn't work, for noindex.bmp.  maybe a bug in "
+              "LoadedImage.Load warning: Exact pixel format not matched for purposes of channel count for: i.bmp\n"
+              "minor warning: thought we could use 8bpp... but it wouldn't work, for i.bmp.  maybe a bug in "
               "ImageLoader.Load\nFailed to load image: none.bmp\n  -call stack:\n\n");
 }
 

@@ -13,8 +13,6 @@ namespace G {
 
 namespace {
 
-using platform::ShaderStage;
-
 // The standard matrices in the order of ShaderRecord::matrices.
 enum StandardName : unsigned {
     modelViewProjection,

@@ -17,7 +17,7 @@ namespace DXG {
 // What a caller asks for; after creation worked out again from the format that the device really gave.
 enum class TextureType : unsigned { Free = 0, AsFile = 1, Alpha = 2, Colour = 3, ColourAlpha = 4, CubeMap = 5 };
 
-struct STex_API_Data {
+struct STex_API_Data {  // NOLINT(readability-identifier-naming): the given name of this record
     std::unique_ptr<platform::DeviceTexture> object;
     platform::PixelFormat format = platform::PixelFormat::Unknown;
     bool wentWithDevice = false;  // the foundation was shut down while a handle still held the object

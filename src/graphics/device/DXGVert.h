@@ -23,7 +23,7 @@ unsigned StrideOf(const VertexFormat& format);
 // The declaration of a format, made once and kept; null, with a report, when there can be none.
 platform::VertexLayout* DeclarationOf(const VertexFormat& format);
 
-struct SVB_API_Data {
+struct SVB_API_Data {  // NOLINT(readability-identifier-naming): the given name of this record
     std::unique_ptr<platform::DeviceBuffer> buffer;
     platform::VertexLayout* declaration = nullptr;  // of the declaration cache
     bool wentWithDevice = false;                    // the foundation was shut down while a handle still held the buffer
@@ -37,7 +37,7 @@ struct VertexBufferRecord : ResType {
     bool lockedOnce = false;
     SVB_API_Data api;
 };
-struct SIB_API_Data {
+struct SIB_API_Data {  // NOLINT(readability-identifier-naming): the given name of this record
     std::unique_ptr<platform::DeviceBuffer> buffer;
     bool wentWithDevice = false;
 };
