@@ -18,7 +18,8 @@ constexpr std::size_t archiveEntries = 4096;
 // Bytes that one LZW or bzip2 entry may unpack to.
 constexpr std::size_t entryBytes = 64ULL << 20;
 // Bytes that all entries of one archive may unpack to, because a few KiB of bzip2 data can unpack to a full entry.
-constexpr std::uint64_t unpackedBytes = 1ULL << 30;
+// Damaged bzip2 entries and those beyond their own cap count as full ones, so 32 of them end the unpacking.
+constexpr std::uint64_t unpackedBytes = 2ULL << 30;
 // Lines of one kind of message that a single file may write; 65536 lines are a few MiB of log and less than a second.
 constexpr std::size_t repeatedMessages = 65536;
 // Bytes of one line from a game or file server. The longest lines known are descriptions of a few KiB.
@@ -26,7 +27,8 @@ constexpr std::size_t serverLineBytes = 64ULL << 10;
 // Characters and markers that the server can put on a map; more are not shown. A crowded map holds a few hundred.
 constexpr std::size_t characters = 8192;
 constexpr std::size_t markers = 8192;
-// File transfers at the same time, each with two threads and a connection. A player is sent into one dream after the other.
+// File transfers at the same time, each with two threads and a connection. A player is sent into one dream after the
+// other.
 constexpr std::size_t transfers = 16;
 // Bytes of a file that the file server may announce; an archive larger than its cap would be refused anyway.
 constexpr std::int64_t downloadBytes = 512LL << 20;

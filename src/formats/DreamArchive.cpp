@@ -81,7 +81,7 @@ class Unpacker {
     const std::string& archivePath;
     const std::string folder;
     CappedMessages pastTwelveBits{caps::repeatedMessages};
-    std::uint64_t unpackedBytes = 0;
+    std::uint64_t unpackedBytes = 0;  // what was thrown away counts as well
     // Contents of the entry at hand; kept from entry to entry for their memory.
     std::string complemented;
     std::string decoded;
@@ -154,7 +154,7 @@ std::string_view Unpacker::Contents(const Entry& entry, const std::string& outpu
 std::string_view Unpacker::DecodeLzw(const Entry& entry) {
     Complement(entry.stored, complemented);
     decoded.clear();
-    LzwDecode(complemented, decoded, caps::entryBytes, pastTwelveBits);
+    if (!LzwDecode(complemented, decoded, caps::entryBytes, pastTwelveBits)) unpackedBytes += caps::entryBytes;
     pastTwelveBits.Flush();
     if (decoded.empty())
         errorLog.Write("Data decompression (lzw) failed on file \"" + entry.name + "\" in dream file: " + archivePath +
@@ -174,6 +174,7 @@ std::string_view Unpacker::DecodeBzip2(const Entry& entry, const std::string& ou
     const int result = BZ2_bzBuffToBuffDecompress(decompressed.get(), &size, const_cast<char*>(entry.stored.data()),
                                                   static_cast<unsigned>(entry.stored.size()), 0, 0);
     if (result == BZ_OK) return {decompressed.get(), size};
+    unpackedBytes += caps::entryBytes;  // how far it came is not told
     if (result != BZ_OUTBUFF_FULL) {
         errorLog.Write("error while doing bz2 decompression for file " + outputPath + ", result=");
         errorLog.Write(result);

@@ -84,12 +84,12 @@ class Output {
 
 void LzwDecode(std::string_view data, std::string& out, std::size_t limit) {
     CappedMessages pastTwelveBits(caps::repeatedMessages);
-    LzwDecode(data, out, limit, pastTwelveBits);
+    (void)LzwDecode(data, out, limit, pastTwelveBits);
 }
 
 // One loop over the codes with everything in locals: stores through char pointers would make the compiler reload
 // members.
-void LzwDecode(std::string_view data, std::string& out, std::size_t limit, CappedMessages& pastTwelveBits) {
+bool LzwDecode(std::string_view data, std::string& out, std::size_t limit, CappedMessages& pastTwelveBits) {
     limit = std::min<std::size_t>(limit, UINT32_MAX - chunk);
     const auto dictionary = std::make_unique_for_overwrite<Entry[]>(namedEntries);
     Entry* const entries = dictionary.get();
@@ -132,7 +132,7 @@ void LzwDecode(std::string_view data, std::string& out, std::size_t limit, Cappe
             output.Cut(0);
             pastTwelveBits.Flush();
             errorLog.Write("Error: lzw data decodes to more than " + std::to_string(limit) + " bytes.\n");
-            return;
+            return false;
         }
         if (room - count < length + 2 * chunk) {
             output.Grow(count + length + 2 * chunk, static_cast<double>(bit) / static_cast<double>(bitCount), limit);
@@ -157,4 +157,5 @@ void LzwDecode(std::string_view data, std::string& out, std::size_t limit, Cappe
         count += length;
     }
     output.Cut(count);
+    return true;
 }

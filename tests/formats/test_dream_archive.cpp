@@ -175,6 +175,15 @@ TEST(DreamArchive, StopsAtTheCaps) {
     folder.Write("dream/a.arc", demo::ArchiveHeader() + entries);
     EXPECT_FALSE(UnpackDreamArchive(path));
     EXPECT_EQ(ErrorLogText(), badHeader);
+
+    entries.clear();
+    for (int i = 0; i < 40; ++i)
+        entries += Entry("x", 2, "damaged");
+    folder.Write("dream/a.arc", demo::ArchiveHeader() + entries);
+    support::ClearErrorLog();
+    EXPECT_FALSE(UnpackDreamArchive(path));
+    const std::string tooMuch = "Error: too much data unpacked from dream file: dream\\a.arc\n";
+    EXPECT_EQ(ErrorLogText().size() - ErrorLogText().find(tooMuch), tooMuch.size());
 }
 
 }  // namespace
