@@ -13,8 +13,9 @@ constexpr std::int64_t mapGridCells = 8192LL * 8192LL;
 constexpr std::size_t mapHeaderLineBytes = 4096;
 // Bytes of a dream archive, which is read into memory whole.
 constexpr std::uint64_t archiveBytes = 512ULL << 20;
-// Entries of a dream archive; the largest dreams hold a few dozen files.
-constexpr std::size_t archiveEntries = 4096;
+// Entries of a dream archive; the largest dreams hold a few dozen files. Finding the place of a new file takes a look through its
+// folder, so the time grows with the square.
+constexpr std::size_t archiveEntries = 1024;
 // Bytes that one LZW or bzip2 entry may unpack to.
 constexpr std::size_t entryBytes = 64ULL << 20;
 // Bytes that all entries of one archive may unpack to, because a few KiB of bzip2 data can unpack to a full entry.
