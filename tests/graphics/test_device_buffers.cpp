@@ -159,15 +159,11 @@ TEST_F(Buffers, LossHandlersOnlyReport) {
     DXG::EndFrame0();
     scripted.script.cooperativeLevel = {DeviceResult::DeviceNotReset};
     EXPECT_TRUE(DXG::BeginFrame(0.01F, false, true));
-    const std::string text = TakeErrors();
-    for (const char* line : {"Vertex Buffer Manager: handling device lost not done yet...\n",
-                             "IndexBuffer::HandleDeviceLost not implemented yet...\n",
-                             "Vertex Buffer Manager: handling device restore not done yet...\n",
-                             "IndexBuffer::HandleDeviceRestored not implemented yet...\n"}) {
-        const std::size_t place = text.find(line);
-        ASSERT_NE(place, std::string::npos) << line;
-        EXPECT_EQ(text.find(line, place + 1), std::string::npos) << "once";
-    }
+    EXPECT_EQ(TakeErrors(),
+              "Vertex Buffer Manager: handling device lost not done yet...\n"
+              "IndexBuffer::HandleDeviceLost not implemented yet...\n"
+              "Vertex Buffer Manager: handling device restore not done yet...\n"
+              "IndexBuffer::HandleDeviceRestored not implemented yet...\n");
     foundation.Stop();
     EXPECT_EQ(scripted.liveObjects, 0);
     vertices.reset();

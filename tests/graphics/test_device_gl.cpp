@@ -1,4 +1,4 @@
-// Image files, immediate mode, shaders and buffers as the OpenGL device shows them.
+// Immediate mode and shaders as the OpenGL device shows them.
 
 #include <gtest/gtest.h>
 
@@ -8,8 +8,6 @@
 #include "graphics/device/DXGImmediate.h"
 #include "graphics/device/DXGShader.h"
 #include "graphics/device/DXGState.h"
-#include "graphics/device/DXGTexture.h"
-#include "graphics/device/DXGVert.h"
 #include "platform/GraphicsDevice.h"
 #include "platform/Window.h"
 #include "platform/gl/OpenGl.h"
@@ -56,43 +54,6 @@ struct DeviceOnOpenGl : testing::Test {
         return argb;
     }
 };
-
-std::string Number(unsigned value, unsigned bytes) {
-    std::string text;
-    for (; bytes > 0; --bytes, value >>= 8)
-        text += static_cast<char>(value);
-    return text;
-}
-
-// Windows bitmap of 2 x 2 texels of 24 bits, rows from the bottom, padded to 4 bytes: blue and black above red and
-// white.
-std::string SmallBitmap() {
-    const std::string header = "BM" + Number(70, 4) + Number(0, 4) + Number(54, 4) + Number(40, 4) + Number(2, 4) +
-                               Number(2, 4) + Number(1, 2) + Number(24, 2) + std::string(24, '\0');
-    return header + Number(0xFF0000, 3) + Number(0xFFFFFF, 3) + Number(0, 2) + Number(0x0000FF, 3) + Number(0, 3 + 2);
-}
-
-TEST_F(DeviceOnOpenGl, ColourKeyedImagesLetTheGroundThrough) {
-    folder.Write("data/Key.bmp", SmallBitmap());
-    DXG::Texture texture;
-    ASSERT_TRUE(texture.LoadCC("DATA\\key.bmp"));
-    texture.SetFilter(1);
-    const Picture picture = Frame([&] {
-        DXG::Set2DWholeBackBuffer();
-        texture.Set(0);
-        DXG::IMBegin(DXG::primitiveFan);
-        for (const auto& [x, y] : {std::pair{0.0F, 0.0F}, {1.0F, 0.0F}, {1.0F, 1.0F}, {0.0F, 1.0F}}) {
-            DXG::IMTexCoord(x, y);
-            DXG::IMPosition(x * side, y * side);
-        }
-        DXG::IMEnd();
-    });
-    ASSERT_EQ(picture.size(), side * side);
-    const std::uint32_t quarters[2][2] = {{0x0000FF, 0x004000}, {0xFF0000, 0xFFFFFF}};
-    for (const unsigned y : {0U, 1U})
-        for (const unsigned x : {0U, 1U})
-            EXPECT_EQ(picture[(16 + 32 * y) * side + 16 + 32 * x] & 0xFFFFFFU, quarters[y][x]) << x << ' ' << y;
-}
 
 // A lopsided triangle, so that no mirrored or transposed matrix gives the same picture.
 void DrawTriangle() {

@@ -298,10 +298,6 @@ TEST_F(Textures, SetBindsTextureAndSampler) {
 }
 
 TEST_F(Textures, VolumesComeFromListsOfLayers) {
-    const auto load = [](const char* file, bool mipmaps = false) {
-        Texture texture;
-        return texture.Load(file, AsFile, mipmaps, false);
-    };
     folder.Write("vol/fog.T3D", "a.bmp\r\n  b.bmp\t");
     AddPicture("vol\\a.bmp", 4, 2, Argb32, 0x11223344U);
     AddPicture("vol\\b.bmp", 4, 2, Argb32, 0x55667788U);
@@ -320,35 +316,33 @@ TEST_F(Textures, VolumesComeFromListsOfLayers) {
     EXPECT_EQ(ObjectOf(again).TexelAt(0, 2, 1, 1), 0xFFU) << "the brightness of the layer";
     EXPECT_EQ(TakeErrors(), "");
 
-    folder.Write("vol/empty.t3d", " \n");
-    folder.Write("vol/colour.t3d", "a.bmp c.bmp");
-    folder.Write("vol/size.t3d", "a.bmp d.bmp");
-    folder.Write("vol/missing.t3d", "a.bmp x.bmp");
-    EXPECT_FALSE(load("vol\\empty.t3d", true));
-    EXPECT_FALSE(load("vol\\colour.t3d"));
-    EXPECT_FALSE(load("vol\\size.t3d"));
-    EXPECT_FALSE(load("vol\\missing.t3d"));
-    Texture keyed;
-    EXPECT_FALSE(keyed.LoadCC("vol\\none.t3d"));
-    scripted.script.texturesLock = false;
-    folder.Write("vol/locked.t3d", "a.bmp b.bmp");
-    EXPECT_FALSE(load("vol\\locked.t3d"));
-    EXPECT_EQ(TakeErrors(),
+    const auto errorsOf = [&](const std::string& list, bool mipmaps = false) {
+        folder.Write("vol/x.t3d", list);
+        Texture texture;
+        EXPECT_FALSE(texture.Load("vol\\x.t3d", AsFile, mipmaps, false));
+        return TakeErrors();
+    };
+    EXPECT_EQ(errorsOf(" \n", true),
               "warning: 3D textures can't be mipmapped, but was requested (no plans to implement).\n"
-              "There was a problem loading 3D texture file: vol\\empty.t3d\n  -no textures listed?\n"
-              "  -call stack:\n\n"
-              "Error loading 3d texture(vol\\colour.t3d)... format of all files must be the same.\n"
-              "  - c.bmp doesn't match the first layer in the list.\n"
-              "Error loading 3d texture(vol\\size.t3d)... dimensions of all files must be the same.\n"
-              "  - d.bmp doesn't match the first layer in the list.\n"
-              "Failed to load image: vol\\x.bmp\n  -call stack:\n\n"
-              "A layer of 3D texture \"vol\\missing.t3d\" failed to load... 3d texture load failed.\n"
-              "Color key not supported on 3d textures.\nFailed to lock volume for some reason...\n"
-              "Unable to lock 3d texture to load it... not good to have this happen obviously.\n"
-              "  -call stack:\n\n");
-    folder.Write("vol/out.t3d", "..\\secret.bmp");
+              "There was a problem loading 3D texture file: vol\\x.t3d\n  -no textures listed?\n" +
+                  stack);
+    EXPECT_EQ(errorsOf("a.bmp c.bmp"),
+              "Error loading 3d texture(vol\\x.t3d)... format of all files must be the same.\n"
+              "  - c.bmp doesn't match the first layer in the list.\n");
+    EXPECT_EQ(errorsOf("a.bmp d.bmp"),
+              "Error loading 3d texture(vol\\x.t3d)... dimensions of all files must be the same.\n"
+              "  - d.bmp doesn't match the first layer in the list.\n");
     AddPicture("vol\\..\\secret.bmp", 4, 2, Argb32);
-    EXPECT_FALSE(load("vol\\out.t3d")) << "layers lie below the list's folder";
+    for (const char* list : {"a.bmp z.bmp", "..\\secret.bmp"})
+        EXPECT_TRUE(errorsOf(list).ends_with(
+            "A layer of 3D texture \"vol\\x.t3d\" failed to load... 3d texture load failed.\n"));
+    EXPECT_FALSE(Texture().LoadCC("vol\\x.t3d"));
+    EXPECT_EQ(TakeErrors(), "Color key not supported on 3d textures.\n");
+    scripted.script.texturesLock = false;
+    EXPECT_EQ(errorsOf("a.bmp b.bmp"),
+              "Failed to lock volume for some reason...\n"
+              "Unable to lock 3d texture to load it... not good to have this happen obviously.\n" +
+                  stack);
 }
 
 TEST_F(Textures, LoadedImageKeepsPixelsAndIndices) {
