@@ -9,6 +9,7 @@
 #include "platform/MessageBox.h"
 
 // Absurd sizes that a library asks for are to fail as they do without a sanitizer, not to end the process.
+// NOLINTNEXTLINE(bugprone-reserved-identifier,readability-identifier-naming): the sanitizer gives the name.
 extern "C" const char* __asan_default_options() {
     return "allocator_may_return_null=1";
 }
