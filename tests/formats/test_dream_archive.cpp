@@ -161,8 +161,8 @@ TEST(DreamArchive, Bzip2GivesWhatDoublingBuffersGive) {
         EXPECT_TRUE(folder.Read("dream/x") == content) << content.size();
         std::string log = content.empty() ? none : "";
         if (result != BZ_OK && result != BZ_OUTBUFF_FULL)
-            log =
-                "error while doing bz2 decompression for file dream\\x, result=" + std::to_string(result) + "\n" + log;
+            log.insert(
+                0, "error while doing bz2 decompression for file dream\\x, result=" + std::to_string(result) + "\n");
         EXPECT_EQ(ErrorLogText(), log);
     }
 }
