@@ -1,7 +1,7 @@
 # Sourced by run-demo and run-tests: what Kelvane needs from Debian, and installing what is missing.
 
 build_packages=(g++ cmake ninja-build ccache pkg-config
-  libsdl2-dev libsdl2-image-dev libepoxy-dev glslang-dev spirv-tools libspirv-cross-c-shared-dev libfreetype-dev
+  libsdl2-dev libsdl2-image-dev libepoxy-dev glslang-dev glslang-tools spirv-tools libspirv-cross-c-shared-dev libfreetype-dev
   libfontconfig-dev fonts-liberation libbz2-dev libdw-dev libasio-dev libgl1-mesa-dri)
 test_packages=(libgtest-dev libgmock-dev)
 screen_packages=(xvfb xdotool x11-utils imagemagick)
