@@ -14,6 +14,7 @@ namespace {
 
 constexpr std::size_t clientLimit = 32;
 constexpr int patienceSeconds = 60;
+constexpr int refusalSeconds = 5;
 constexpr std::size_t blockHeaderSize = 10;
 constexpr std::size_t smallestBlock = 64;
 constexpr std::size_t largestBlock = 65536;
@@ -123,7 +124,8 @@ void FileServer::SendNextBlock(Peer& peer, Transfer& transfer) {
 void FileServer::Refuse(Peer& peer, const std::string& answer) {
     log.Write("file: client " + std::to_string(peer.Number()) + " is told: " + answer);
     peer.Send(answer + "\n");
-    peer.CloseAfterSending();
+    // The client leaves once it has read the answer; closing at once could overtake it there.
+    peer.ExpectWithin(refusalSeconds);
 }
 
 }  // namespace demo

@@ -62,6 +62,11 @@ class Picture:
     def __init__(self, width, height, rgb):
         self.width, self.height, self.rgb = width, height, rgb
 
+    def save(self, name):
+        with open(name, 'wb') as file:
+            file.write(b'P6 %d %d 255\n' % (self.width, self.height) + self.rgb)
+        print(f'the last picture: {os.path.abspath(name)}')
+
     def region(self, x, y, width, height):
         """Pixels of a rectangle as (red, green, blue)."""
         pixels = []
@@ -187,7 +192,12 @@ class Client:
         except subprocess.TimeoutExpired as late:
             raise Missed(f'the client did not end within {limit} s') from late
 
-    def close(self):
+    def __enter__(self):
+        return self
+
+    def __exit__(self, kind, *_):
+        if kind:
+            self.display.picture().save('last-picture.ppm')
         if self.process.poll() is None:
             self.process.kill()
             self.process.wait()
