@@ -114,6 +114,8 @@ class Box {
             while (SDL_PollEvent(&event));
         }
         SDL_DestroyWindow(window);
+        // Not every system gives the keyboard back to the window below by itself.
+        if (owner) SDL_SetWindowInputFocus(owner);
         for (SDL_Event& event : others)
             SDL_PushEvent(&event);
         return answer;
