@@ -1,6 +1,7 @@
 #include "platform/GlFixture.h"
 
 #include <SDL.h>
+#include <epoxy/gl.h>
 
 #include <algorithm>
 #include <cmath>
@@ -23,6 +24,19 @@ HiddenWindow::HiddenWindow(int width, int height) {
 HiddenWindow::~HiddenWindow() {
     SDL_DestroyWindow(static_cast<SDL_Window*>(handle));
     SDL_QuitSubSystem(SDL_INIT_VIDEO);
+}
+
+void HiddenWindow::Resize(int width, int height) {
+    SDL_SetWindowSize(static_cast<SDL_Window*>(handle), width, height);
+    SDL_PumpEvents();
+}
+
+void HiddenWindow::ReadBack(std::vector<std::uint32_t>& argb) {
+    int width = 0;
+    int height = 0;
+    SDL_GL_GetDrawableSize(static_cast<SDL_Window*>(handle), &width, &height);
+    argb.resize(static_cast<std::size_t>(width));
+    glReadPixels(0, height - 1, width, 1, GL_BGRA, GL_UNSIGNED_INT_8_8_8_8_REV, argb.data());
 }
 
 DeviceMatrix Identity() {

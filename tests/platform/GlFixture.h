@@ -34,6 +34,9 @@ class HiddenWindow : public platform::Window {
     [[nodiscard]] bool CloseWanted() const override { return false; }
     void ShowCursor(bool) override {}
     void* NativeHandle() override { return handle; }
+    void Resize(int width, int height);
+    // The top row of the window itself.
+    void ReadBack(std::vector<std::uint32_t>& argb);
 
   private:
     void* handle = nullptr;

@@ -415,6 +415,23 @@ TEST_F(GlDevice, ComesBackFromALoss) {
     EXPECT_EQ(RegionOf(0xFFFFFF00).count, pictureWidth * pictureHeight);
 }
 
+// A window manager may not keep to the size asked for.
+TEST_F(GlDevice, KeepsThePictureAtTheTopLeftOfALargerWindow) {
+    device->EndScene();
+    window->Resize(pictureWidth + 40, pictureHeight + 30);
+    device->Present();  // The driver takes the new size with the next picture.
+    ASSERT_EQ(device->BeginScene(), DeviceResult::Ok);
+    device->Clear(true, false, false, blue, 1.0F, 0);
+    Draw(Quad(0, 0, 64, 1, 0, red));
+    Draw(Quad(0, 47, 64, 48, 0, green));
+    Read();
+    EXPECT_EQ(RegionOf(red), (Region{64, 0, 0, 63, 0}));
+    EXPECT_EQ(RegionOf(green), (Region{64, 0, 47, 63, 47}));
+    std::vector<std::uint32_t> whole;
+    window->ReadBack(whole);
+    EXPECT_EQ(whole.front() | 0xFF000000, red);
+}
+
 TEST_F(GlDevice, RefusesTexturesThatCannotBe) {
     struct Row {
         const char* name;

@@ -59,6 +59,7 @@ void Device::Start(const PresentParameters& parameters) {
     transformsChanged = true;
     states.SetDefaults(RenderTargetHasStencil());
     SetViewport({0, 0, presentation.backBufferWidth, presentation.backBufferHeight, 0.0F, 1.0F});
+    MeasureWindow();
     viewportChanged = true;
     inScene = false;
     lost = false;
@@ -131,8 +132,20 @@ DeviceResult Device::BeginScene() {
     if (lost) return DeviceResult::DeviceLost;
     if (inScene || !context->MakeCurrent()) return DeviceResult::InvalidCall;
     shared->DeleteDiscarded();
+    MeasureWindow();
     inScene = true;
     return DeviceResult::Ok;
+}
+
+// A window manager may make the window larger or smaller than the picture. The picture keeps its size and its place at
+// the top left corner, where positions of the mouse are counted from; OpenGL counts rows from the bottom.
+void Device::MeasureWindow() {
+    int width = 0;
+    int height = 0;
+    context->DrawableSize(width, height);
+    const int offset = height - static_cast<int>(presentation.backBufferHeight);
+    viewportChanged = viewportChanged || offset != rowOffset;
+    rowOffset = offset;
 }
 
 void Device::EndScene() {
@@ -275,8 +288,8 @@ bool Device::ReadBackBuffer(std::vector<std::uint32_t>& argb, unsigned& width, u
     width = presentation.backBufferWidth;
     height = presentation.backBufferHeight;
     argb.resize(std::size_t(width) * height);
-    glReadPixels(0, 0, static_cast<GLsizei>(width), static_cast<GLsizei>(height), GL_BGRA, GL_UNSIGNED_INT_8_8_8_8_REV,
-                 argb.data());
+    glReadPixels(0, rowOffset, static_cast<GLsizei>(width), static_cast<GLsizei>(height), GL_BGRA,
+                 GL_UNSIGNED_INT_8_8_8_8_REV, argb.data());
     // OpenGL's first row is the lowest.
     for (unsigned row = 0; row < height / 2; ++row) {
         const auto upper = argb.begin() + static_cast<std::ptrdiff_t>(std::size_t(row) * width);

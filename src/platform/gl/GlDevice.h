@@ -89,7 +89,7 @@ class Device : public GraphicsDevice {
 
     void Start(const PresentParameters& parameters);
     void MakeCommonObjects();
-    void TakeParameters(const PresentParameters& parameters);
+    void MeasureWindow();
 
     bool PrepareDraw();
     void ApplyTextures();
@@ -126,6 +126,7 @@ class Device : public GraphicsDevice {
     GLuint whiteTexture = 0;
     std::uint64_t streamId = 0;
     std::uint64_t whiteId = 0;
+    int rowOffset = 0;  // rows of the window below the picture
     bool inScene = false;
     bool lost = false;
     unsigned lossTests = 0;  // calls of TestCooperativeLevel that still find the device lost

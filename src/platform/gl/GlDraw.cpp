@@ -82,7 +82,7 @@ void Device::SendViewport() {
     viewportChanged = false;
     if (viewport.width == 0 || viewport.height == 0) return;
     // OpenGL counts rows from the bottom.
-    const auto bottom = static_cast<GLint>(presentation.backBufferHeight) - static_cast<GLint>(viewport.y) -
+    const auto bottom = rowOffset + static_cast<GLint>(presentation.backBufferHeight) - static_cast<GLint>(viewport.y) -
                         static_cast<GLint>(viewport.height);
     glViewport(static_cast<GLint>(viewport.x), bottom, static_cast<GLsizei>(viewport.width),
                static_cast<GLsizei>(viewport.height));
