@@ -10,7 +10,7 @@ using namespace std::string_literals;
 
 namespace {
 
-std::string Little(std::uint32_t value, unsigned bytes) {
+std::string Little(std::uint64_t value, unsigned bytes) {
     std::string text;
     for (unsigned at = 0; at < bytes; ++at)
         text += static_cast<char>(value >> 8 * at);
