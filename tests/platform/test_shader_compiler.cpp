@@ -131,9 +131,10 @@ TEST(ShaderCompiler, KeepsInitialValues) {
     std::string messages;
     const std::string constants =
         "float a = -2.5; uniform float3 b = float3(1, .5, 2e1); float4 c = 3; int d[2] = {7, -8};"
-        "float e; float f = sin(1); /* float g = 1; */ static float h = 4;";
-    ASSERT_TRUE(CompileShader(Vertex("p += a + b.xyzz + c + d[0] + d[1] + e + f + h;", constants), "test.hlsl", "main",
-                              "vs_2_0", shader, messages));
+        "float e, f = sin(1); /* float g = 1; */ static float h = 4;\n#define SIX 6\n"
+        "#if 0\nfloat2 e;\n#else\nfloat2 i = {1, 5}, j : register(c9) = SIX;\n#endif\n";
+    ASSERT_TRUE(CompileShader(Vertex("p += a + b.xyzz + c + d[0] + d[1] + e + f + h + i.xyxy + j.xyxy;", constants),
+                              "test.hlsl", "main", "vs_2_0", shader, messages));
     EXPECT_EQ(messages, "test.hlsl: warning: the initial value of \"f\" is not a list of numbers and is not applied\n");
     const auto value = [&](const char* name, std::size_t at) {
         float result = 0;
@@ -145,6 +146,8 @@ TEST(ShaderCompiler, KeepsInitialValues) {
     EXPECT_EQ(value("b", 8), 20.0F);
     EXPECT_EQ(value("c", 12), 3.0F);
     EXPECT_EQ(value("e", 0), 0.0F);
+    EXPECT_EQ(value("i", 4), 5.0F);
+    EXPECT_EQ(value("j", 4), 6.0F);
     std::int32_t second = 0;
     std::memcpy(&second, &shader.initialConstants.at(Find(shader, "d")->offset + 16), 4);
     EXPECT_EQ(second, -8);
@@ -186,6 +189,8 @@ TEST(ShaderCompiler, SurvivesHostileText) {
         "struct a { a b; }; " + Fragment("a q;"),
         "float4 main(float4 c : COLOR) : COLOR { return main(c); }",
         "float4 k[100000000]; " + Fragment("r = k[n];"),
+        "float k; float4 k; " + Fragment("r = k;"),
+        "#define N k\nfloat3 k, j; float4 i = 1, N = 2; " + Fragment("r = k;"),
     };
     for (const std::string& source : sources) {
         CompiledShader shader;

@@ -4,8 +4,10 @@
 #include <cctype>
 #include <cstdlib>
 #include <numeric>
+#include <optional>
 #include <set>
-#include <string_view>
+
+#include "platform/shaders/HlslTokens.h"
 
 namespace platform {
 
@@ -17,128 +19,11 @@ constexpr unsigned maximumStatementTokens = 2048;
 constexpr unsigned maximumElseChain = 128;
 constexpr double maximumMacroTokens = 50000;
 
-struct Token {
-    std::string text;
-    unsigned line = 1;
-};
-
-bool IsWord(char letter) {
-    return std::isalnum(static_cast<unsigned char>(letter)) || letter == '_';
-}
-
-struct Macro {
-    std::vector<std::string> body;
-    std::set<std::string> parameters;
-};
-
-// Words, numbers and single signs, without comments and directives. What the directives define goes to `macros`.
-class Lexer {
-  public:
-    explicit Lexer(std::string_view source) : rest(source) {}
-
-    std::vector<Token> tokens;
-    std::map<std::string, Macro> macros;
-
-    void Run() {
-        while (!rest.empty())
-            Step();
-    }
-
-  private:
-    void Step() {
-        const char letter = rest.front();
-        if (letter == '\n') {
-            ++line;
-            lineStart = true;
-            rest.remove_prefix(1);
-        } else if (std::isspace(static_cast<unsigned char>(letter))) {
-            rest.remove_prefix(1);
-        } else if (rest.starts_with("//")) {
-            rest.remove_prefix(std::min(rest.find('\n'), rest.size()));
-        } else if (rest.starts_with("/*")) {
-            SkipComment();
-        } else if (letter == '#' && lineStart) {
-            Directive();
-        } else {
-            tokens.push_back({TakeToken(), line});
-            lineStart = false;
-        }
-    }
-
-    void SkipComment() {
-        const std::size_t end = rest.find("*/", 2);
-        const std::size_t length = end == std::string_view::npos ? rest.size() : end + 2;
-        for (const char letter : rest.substr(0, length))
-            line += letter == '\n';
-        rest.remove_prefix(length);
-    }
-
-    std::string TakeToken() {
-        std::size_t length = 1;
-        const bool number =
-            std::isdigit(static_cast<unsigned char>(rest.front())) ||
-            (rest.front() == '.' && rest.size() > 1 && std::isdigit(static_cast<unsigned char>(rest[1])));
-        if (number) {
-            char* end = nullptr;
-            const std::string digits(rest.substr(0, 64));
-            std::strtod(digits.c_str(), &end);
-            length = std::max<std::size_t>(1, static_cast<std::size_t>(end - digits.c_str()));
-            while (length < rest.size() && IsWord(rest[length]))
-                ++length;
-        } else if (IsWord(rest.front())) {
-            while (length < rest.size() && IsWord(rest[length]))
-                ++length;
-        }
-        std::string token(rest.substr(0, length));
-        rest.remove_prefix(length);
-        return token;
-    }
-
-    // One directive with its continued lines.
-    void Directive() {
-        std::vector<std::string> words;
-        bool takesParameters = false;
-        rest.remove_prefix(1);
-        while (!rest.empty() && rest.front() != '\n') {
-            if (rest.starts_with("\\\n")) {
-                rest.remove_prefix(2);
-                ++line;
-            } else if (rest.starts_with("//")) {
-                rest.remove_prefix(std::min(rest.find('\n'), rest.size()));
-            } else if (rest.starts_with("/*")) {
-                SkipComment();
-            } else if (std::isspace(static_cast<unsigned char>(rest.front()))) {
-                rest.remove_prefix(1);
-            } else {
-                words.push_back(TakeToken());
-                // Only a bracket right behind the name opens a list of parameters.
-                if (words.size() == 2) takesParameters = rest.starts_with("(");
-            }
-        }
-        if (words.size() >= 2 && words[0] == "define") Define(words, takesParameters);
-    }
-
-    void Define(const std::vector<std::string>& words, bool takesParameters) {
-        // Of several definitions under different conditions all are counted.
-        Macro& macro = macros[words[1]];
-        std::size_t at = 2;
-        if (takesParameters)
-            for (; at < words.size() && words[at] != ")"; ++at)
-                macro.parameters.insert(words[at]);
-        macro.body.insert(macro.body.end(), words.begin() + static_cast<std::ptrdiff_t>(std::min(at, words.size())),
-                          words.end());
-    }
-
-    std::string_view rest;
-    unsigned line = 1;
-    bool lineStart = true;
-};
-
 // How many tokens a text may grow to when its macros are replaced, at most. Macros that feed each other double with
 // each level, and so do calls within calls of a macro that repeats its parameter.
 class MacroSizes {
   public:
-    explicit MacroSizes(const std::map<std::string, Macro>& table) : macros(table) {}
+    explicit MacroSizes(const std::map<std::string, HlslMacro>& table) : macros(table) {}
 
     double Of(const std::vector<std::string>& words, unsigned depth = 0) {
         double size = 0;
@@ -160,7 +45,7 @@ class MacroSizes {
     }
 
   private:
-    double OfMacro(const std::string& name, const Macro& macro, unsigned depth) {
+    double OfMacro(const std::string& name, const HlslMacro& macro, unsigned depth) {
         const auto known = sizes.find(name);
         if (known != sizes.end()) return known->second;
         constexpr unsigned deepest = 64;
@@ -169,24 +54,24 @@ class MacroSizes {
         return sizes[name] = std::max(Of(macro.body, depth + 1), 1.0);
     }
 
-    static double RepeatsOf(const Macro& macro) {
+    static double RepeatsOf(const HlslMacro& macro) {
         const auto repeats = std::count_if(macro.body.begin(), macro.body.end(),
                                            [&](const std::string& word) { return macro.parameters.contains(word); });
         return std::max(static_cast<double>(repeats), 1.0);
     }
 
-    const std::map<std::string, Macro>& macros;
+    const std::map<std::string, HlslMacro>& macros;
     std::map<std::string, double> sizes;
 };
 
-std::string AtLine(const Token& token, const std::string& text) {
+std::string AtLine(const HlslToken& token, const std::string& text) {
     return "line " + std::to_string(token.line) + ": " + text;
 }
 
-bool CheckMacros(const Lexer& lexer, std::string& reason) {
+bool CheckMacros(const HlslTokens& lexer, std::string& reason) {
     std::vector<std::string> words;
     words.reserve(lexer.tokens.size());
-    for (const Token& token : lexer.tokens)
+    for (const HlslToken& token : lexer.tokens)
         words.push_back(token.text);
     if (MacroSizes(lexer.macros).Of(words) <= maximumMacroTokens) return true;
     reason = "the program is too long, or its macros expand to too much";
@@ -238,9 +123,9 @@ class Shape {
     std::vector<unsigned> pending{0};  // control words that wait for the end of their statement, by open brace
 };
 
-bool CheckShape(const std::vector<Token>& tokens, std::string& reason) {
+bool CheckShape(const std::vector<HlslToken>& tokens, std::string& reason) {
     Shape shape;
-    for (const Token& token : tokens) {
+    for (const HlslToken& token : tokens) {
         if (shape.Take(token.text)) continue;
         reason = AtLine(token, "the program is nested too deeply or has too long a statement");
         return false;
@@ -248,14 +133,14 @@ bool CheckShape(const std::vector<Token>& tokens, std::string& reason) {
     return true;
 }
 
-bool CheckWords(const std::vector<Token>& tokens, std::string& reason) {
+bool CheckWords(const std::vector<HlslToken>& tokens, std::string& reason) {
     static const std::set<std::string> refused = {"texture",   "texture1D",   "texture2D",
                                                   "texture3D", "textureCUBE", "sampler_state",
                                                   "technique", "technique10", "pass"};
     for (std::size_t at = 0; at < tokens.size(); ++at) {
         if (!refused.contains(tokens[at].text)) continue;
         // "pass" and "texture" may be names of variables; as a declaration a name follows.
-        const bool declares = at + 1 < tokens.size() && IsWord(tokens[at + 1].text.front());
+        const bool declares = at + 1 < tokens.size() && IsWordLetter(tokens[at + 1].text.front());
         if (!declares && tokens[at].text != "sampler_state") continue;
         reason =
             AtLine(tokens[at], "\"" + tokens[at].text + "\" belongs to effect files and is not supported; declare " +
@@ -268,9 +153,10 @@ bool CheckWords(const std::vector<Token>& tokens, std::string& reason) {
 // Reads the declarations at file level.
 class Declarations {
   public:
-    Declarations(const std::vector<Token>& list, HlslSource& result) : tokens(list), out(result) {}
+    Declarations(const std::vector<HlslToken>& list, HlslSource& result) : tokens(list), out(result) {}
 
-    void Run() {
+    // The first name that is declared twice, if any.
+    std::optional<HlslToken> Run() {
         unsigned depth = 0;
         std::size_t start = 0;
         for (std::size_t at = 0; at < tokens.size(); ++at) {
@@ -280,35 +166,60 @@ class Declarations {
             // The end of a function's body or a declaration.
             if (depth > 0 || (sign != ';' && sign != '}')) continue;
             if (sign == ';') Declaration(start, at);
-            const bool initialiser = sign == '}' && at + 1 < tokens.size() && tokens[at + 1].text == ";";
-            if (!initialiser) start = at + 1;
+            const bool goesOn = sign == '}' && at + 1 < tokens.size() && (Text(at + 1) == ";" || Text(at + 1) == ",");
+            if (!goesOn) start = at + 1;
         }
+        return twice;
     }
 
   private:
     [[nodiscard]] const std::string& Text(std::size_t at) const { return tokens[at].text; }
 
-    void Declaration(std::size_t start, std::size_t end) {
-        static const std::set<std::string> prefixes = {"uniform",   "extern",       "shared",
-                                                       "row_major", "column_major", "volatile"};
-        while (start < end && prefixes.contains(Text(start)))
-            ++start;
-        if (end - start < 2 || !IsWord(Text(start).front()) || Text(start) == "static" || Text(start) == "const" ||
-            Text(start) == "struct" || Text(start) == "typedef")
-            return;
-        std::size_t name = start + 1;
-        if (name + 2 < end && Text(name) == "<") {  // vector<float, 4>
-            while (name < end && Text(name) != ">")
-                ++name;
-            ++name;
+    // "type name[2] : register(c0) = {1, 2}, name;" with words before the type.
+    void Declaration(std::size_t at, std::size_t end) {
+        static const std::set<std::string> prefixes = {"uniform",      "extern",   "shared", "row_major",
+                                                       "column_major", "volatile", "static", "const"};
+        bool constant = true;  // of the program's block: neither static nor const
+        for (; at < end && prefixes.contains(Text(at)); ++at)
+            constant = constant && Text(at) != "static" && Text(at) != "const";
+        if (at == end || Text(at) == "struct" || Text(at) == "typedef") return;
+        const bool sampler = Text(at).starts_with("sampler");
+        ++at;
+        if (at < end && Text(at) == "<")  // vector<float, 4>
+            while (at < end && Text(at++) != ">") {
+            }
+        while (at < end) {
+            const std::size_t next = EndOfDeclarator(at, end);
+            if (!Declarator(at, next, constant, sampler)) return;
+            at = next + 1;
         }
-        if (name >= end || !IsWord(Text(name).front())) return;
-        if (Text(start).starts_with("sampler")) return Register(Text(name), name + 1, end);
-        for (std::size_t at = name + 1; at < end; ++at) {
-            if (Text(at) == "(") return;  // A function's declaration, or a register before the initialiser.
-            if (Text(at) == "=") return Initialiser(Text(name), at + 1, end);
-            if (Text(at) == ":") at = std::min(at + (at + 2 < end && Text(at + 2) == "(" ? 4 : 1), end);
+    }
+
+    // The comma that ends a declarator, outside of brackets.
+    [[nodiscard]] std::size_t EndOfDeclarator(std::size_t at, std::size_t end) const {
+        unsigned depth = 0;
+        for (; at < end; ++at) {
+            const char sign = Text(at).front();
+            if (sign == '{' || sign == '(' || sign == '[') ++depth;
+            if ((sign == '}' || sign == ')' || sign == ']') && depth > 0) --depth;
+            if (sign == ',' && depth == 0) return at;
         }
+        return end;
+    }
+
+    // False when it is none, but a function.
+    bool Declarator(std::size_t at, std::size_t end, bool constant, bool sampler) {
+        if (at >= end || !IsWordLetter(Text(at).front())) return false;
+        const HlslToken& name = tokens[at];
+        if (at + 1 < end && Text(at + 1) == "(") return false;
+        if (!names.insert(name.text).second && !twice) twice = name;
+        if (sampler) Register(name.text, at + 1, end);
+        for (++at; at < end && constant; ++at)
+            if (Text(at) == "=") {
+                Initialiser(name.text, at + 1, end);
+                break;
+            }
+        return true;
     }
 
     // "sampler name : register(s3);"
@@ -351,13 +262,15 @@ class Declarations {
 
     void Unread(const std::string& name) { out.unreadInitialisers.push_back(name); }
 
-    const std::vector<Token>& tokens;
+    const std::vector<HlslToken>& tokens;
     HlslSource& out;
+    std::set<std::string> names;
+    std::optional<HlslToken> twice;
 };
 
 }  // namespace
 
-bool ReadHlslSource(const std::string& source, HlslSource& out, std::string& reason) {
+bool CheckHlslText(const std::string& source, std::string& reason) {
     if (source.size() > maximumBytes) {
         reason = "the source is larger than 256 KiB";
         return false;
@@ -366,12 +279,17 @@ bool ReadHlslSource(const std::string& source, HlslSource& out, std::string& rea
         reason = "the source is not text";
         return false;
     }
-    Lexer lexer(source);
-    lexer.Run();
-    if (!CheckMacros(lexer, reason) || !CheckShape(lexer.tokens, reason) || !CheckWords(lexer.tokens, reason))
-        return false;
-    Declarations(lexer.tokens, out).Run();
-    return true;
+    const HlslTokens split = SplitHlsl(source);
+    return CheckMacros(split, reason) && CheckShape(split.tokens, reason);
+}
+
+bool ReadHlslSource(const std::string& preprocessed, HlslSource& out, std::string& reason) {
+    const HlslTokens split = SplitHlsl(preprocessed);
+    if (!CheckShape(split.tokens, reason) || !CheckWords(split.tokens, reason)) return false;
+    const std::optional<HlslToken> twice = Declarations(split.tokens, out).Run();
+    if (!twice) return true;
+    reason = AtLine(*twice, "redefinition of \"" + twice->text + "\"");
+    return false;
 }
 
 }  // namespace platform

@@ -16,8 +16,13 @@ struct HlslSource {
     std::vector<std::string> unreadInitialisers;
 };
 
-// False with `reason` ("line 3: ...") when the source uses what is not supported or is too large or too deeply nested
-// for the compiler's recursion: at most 256 KiB, 128 open brackets, 2048 tokens in a statement.
-[[nodiscard]] bool ReadHlslSource(const std::string& source, HlslSource& out, std::string& reason);
+// False with `reason` ("line 3: ...") when the source is too large or too deeply nested for the compiler's recursion,
+// or its macros grow without measure: at most 256 KiB, 128 open brackets and statements, 2048 tokens in a statement,
+// 50000 in all.
+[[nodiscard]] bool CheckHlslText(const std::string& source, std::string& reason);
+
+// Reads a source whose macros are replaced. False with `reason` when it uses what is not supported, or declares a name
+// at file level twice, which would end the compiler.
+[[nodiscard]] bool ReadHlslSource(const std::string& preprocessed, HlslSource& out, std::string& reason);
 
 }  // namespace platform

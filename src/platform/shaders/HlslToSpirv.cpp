@@ -48,6 +48,20 @@ void Describe(glslang::TShader& shader, EShLanguage language, const std::string&
 
 }  // namespace
 
+bool PreprocessHlsl(const std::string& source, const std::string& fileName, std::string& out, std::string& messages) {
+    const std::scoped_lock lock(CompilerLock());
+    glslang::TShader shader(EShLangFragment);
+    const char* text = source.c_str();
+    const int length = static_cast<int>(source.size());
+    const char* name = fileName.c_str();
+    shader.setStringsWithLengthsAndNames(&text, &length, &name, 1);
+    Describe(shader, EShLangFragment, "main");
+    glslang::TShader::ForbidIncluder noFiles;
+    const bool fine = shader.preprocess(GetDefaultResources(), 100, ENoProfile, false, false, rules, &out, noFiles);
+    if (!fine) messages = TidyMessages(shader.getInfoLog(), fileName);
+    return fine;
+}
+
 bool HlslToSpirv(const std::string& source, const std::string& fileName, const std::string& entry, ShaderStage stage,
                  std::vector<std::uint32_t>& spirv, std::string& messages) {
     const std::scoped_lock lock(CompilerLock());

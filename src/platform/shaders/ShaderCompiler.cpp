@@ -52,7 +52,10 @@ bool CompileShader(const std::string& source, const std::string& fileName, const
     };
     HlslSource read;
     std::string reason;
-    if (!ReadHlslSource(source, read, reason)) return refuse(reason);
+    std::string plain;
+    if (!CheckHlslText(source, reason)) return refuse(reason);
+    if (!PreprocessHlsl(source, fileName, plain, messages)) return false;
+    if (!ReadHlslSource(plain, read, reason)) return refuse(reason);
     std::vector<std::uint32_t> spirv;
     if (!HlslToSpirv(source, fileName, entry, limits->stage, spirv, messages)) return false;
     if (HasRecursion(spirv)) return refuse("a function calls itself");
