@@ -147,18 +147,6 @@ TEST(Lzw, GrowsPastSixteenBits) {
     EXPECT_EQ(log.substr(log.size() - closing.size()), closing);
 }
 
-TEST(Lzw, UndoesTheEncoder) {
-    const support::TestFolder folder;
-    std::mt19937 random(22);
-    for (const std::size_t mostEntries : {std::size_t{300}, std::size_t{4094}, std::size_t{60000}}) {
-        std::string data;
-        for (int i = 0; i < 300000; ++i)
-            data.push_back(static_cast<char>(i % 5000 < 2500 ? random() % 3 : random() % 200));
-        EXPECT_EQ(Decoded(demo::LzwEncode(data, mostEntries)), data) << mostEntries;
-        EXPECT_EQ(ErrorLogText().empty(), mostEntries <= 4094);
-    }
-}
-
 TEST(Lzw, AppendsNothingBeyondTheLimit) {
     const support::TestFolder folder;
     const std::string stream = demo::LzwEncode(std::string(100000, 'x'));
