@@ -190,6 +190,9 @@ TEST(ShaderCompiler, SurvivesHostileText) {
         "float4 main(float4 c : COLOR) : COLOR { return main(c); }",
         "float4 k[100000000]; " + Fragment("r = k[n];"),
         "float k; float4 k; " + Fragment("r = k;"),
+        "float4 k; float kt4x4 k; " + Fragment("r = k;"),
+        "float4 main(float4 c : COLOR, float2) : COLOR { return c; }",
+        Fragment("r = tex2D(wrong ++n) + r;"),
         "#define N k\nfloat3 k, j; float4 i = 1, N = 2; " + Fragment("r = k;"),
     };
     for (const std::string& source : sources) {

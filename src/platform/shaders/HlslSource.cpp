@@ -4,7 +4,6 @@
 #include <cctype>
 #include <cstdlib>
 #include <numeric>
-#include <optional>
 #include <set>
 
 #include "platform/shaders/HlslTokens.h"
@@ -155,12 +154,14 @@ class Declarations {
   public:
     Declarations(const std::vector<HlslToken>& list, HlslSource& result) : tokens(list), out(result) {}
 
-    // The first name that is declared twice, if any.
-    std::optional<HlslToken> Run() {
+    // False with the reason for what would end the compiler.
+    bool Run(const std::string& entry, std::string& reason) {
         unsigned depth = 0;
         std::size_t start = 0;
         for (std::size_t at = 0; at < tokens.size(); ++at) {
             const char sign = tokens[at].text.front();
+            if (depth == 0 && LooksDeclared(at)) Declare(tokens[at]);
+            if (sign == '{' && depth == 0) Function(start, at, entry);
             if (sign == '{' || sign == '(' || sign == '[') ++depth;
             if ((sign == '}' || sign == ')' || sign == ']') && depth > 0) --depth;
             // The end of a function's body or a declaration.
@@ -169,7 +170,8 @@ class Declarations {
             const bool goesOn = sign == '}' && at + 1 < tokens.size() && (Text(at + 1) == ";" || Text(at + 1) == ",");
             if (!goesOn) start = at + 1;
         }
-        return twice;
+        reason = refusal;
+        return refusal.empty();
     }
 
   private:
@@ -195,6 +197,18 @@ class Declarations {
         }
     }
 
+    // A word behind a word, as a name stands behind its type. The compiler takes such pairs for declarations even where
+    // something before them is broken.
+    [[nodiscard]] bool LooksDeclared(std::size_t at) const {
+        if (at == 0 || !IsWordLetter(Text(at).front()) || at + 1 >= tokens.size()) return false;
+        const bool behindType = IsWordLetter(Text(at - 1).front()) || Text(at - 1) == ">";
+        return behindType && std::string(";,=:[<").find(Text(at + 1)) != std::string::npos;
+    }
+
+    void Declare(const HlslToken& name) {
+        if (!names.insert(name.text).second) Refuse(name, "redefinition of \"" + name.text + "\"");
+    }
+
     // The comma that ends a declarator, outside of brackets.
     [[nodiscard]] std::size_t EndOfDeclarator(std::size_t at, std::size_t end) const {
         unsigned depth = 0;
@@ -212,7 +226,9 @@ class Declarations {
         if (at >= end || !IsWordLetter(Text(at).front())) return false;
         const HlslToken& name = tokens[at];
         if (at + 1 < end && Text(at + 1) == "(") return false;
-        if (!names.insert(name.text).second && !twice) twice = name;
+        if (Text(at - 1) == ",") Declare(name);
+        if (at + 1 < end && std::string("[:=<").find(Text(at + 1)) == std::string::npos)
+            Refuse(tokens[at + 1], "unexpected \"" + Text(at + 1) + "\" in a declaration");
         if (sampler) Register(name.text, at + 1, end);
         for (++at; at < end && constant; ++at)
             if (Text(at) == "=") {
@@ -220,6 +236,27 @@ class Declarations {
                 break;
             }
         return true;
+    }
+
+    // "type main(type name : SEMANTIC, ...) : SEMANTIC {"
+    void Function(std::size_t at, std::size_t end, const std::string& entry) {
+        while (at + 1 < end && (Text(at) != entry || Text(at + 1) != "("))
+            ++at;
+        if (at + 1 >= end) return;
+        for (at += 2; at < end && Text(at) != ")"; ++at) {
+            static const std::set<std::string> modifiers = {"in", "out", "inout", "uniform", "const"};
+            unsigned words = 0;  // of the type and the name
+            for (; at < end && Text(at) != "," && Text(at) != ")" && Text(at) != ":"; ++at)
+                words += IsWordLetter(Text(at).front()) && !modifiers.contains(Text(at)) ? 1 : 0;
+            if (words == 1) Refuse(tokens[at - 1], "a parameter of the entry function has no name");
+            while (at < end && Text(at) != "," && Text(at) != ")")
+                ++at;
+            if (at >= end || Text(at) == ")") return;
+        }
+    }
+
+    void Refuse(const HlslToken& where, const std::string& why) {
+        if (refusal.empty()) refusal = AtLine(where, why);
     }
 
     // "sampler name : register(s3);"
@@ -265,7 +302,7 @@ class Declarations {
     const std::vector<HlslToken>& tokens;
     HlslSource& out;
     std::set<std::string> names;
-    std::optional<HlslToken> twice;
+    std::string refusal;
 };
 
 }  // namespace
@@ -283,13 +320,10 @@ bool CheckHlslText(const std::string& source, std::string& reason) {
     return CheckMacros(split, reason) && CheckShape(split.tokens, reason);
 }
 
-bool ReadHlslSource(const std::string& preprocessed, HlslSource& out, std::string& reason) {
+bool ReadHlslSource(const std::string& preprocessed, const std::string& entry, HlslSource& out, std::string& reason) {
     const HlslTokens split = SplitHlsl(preprocessed);
-    if (!CheckShape(split.tokens, reason) || !CheckWords(split.tokens, reason)) return false;
-    const std::optional<HlslToken> twice = Declarations(split.tokens, out).Run();
-    if (!twice) return true;
-    reason = AtLine(*twice, "redefinition of \"" + twice->text + "\"");
-    return false;
+    return CheckShape(split.tokens, reason) && CheckWords(split.tokens, reason) &&
+           Declarations(split.tokens, out).Run(entry, reason);
 }
 
 }  // namespace platform

@@ -21,8 +21,10 @@ struct HlslSource {
 // 50000 in all.
 [[nodiscard]] bool CheckHlslText(const std::string& source, std::string& reason);
 
-// Reads a source whose macros are replaced. False with `reason` when it uses what is not supported, or declares a name
-// at file level twice, which would end the compiler.
-[[nodiscard]] bool ReadHlslSource(const std::string& preprocessed, HlslSource& out, std::string& reason);
+// Reads a source whose macros are replaced. False with `reason` when it uses what is not supported, or has one of the
+// faults that end the compiler: a name declared twice at file level, a declaration that goes on after its name, a
+// parameter of the entry function without a name.
+[[nodiscard]] bool ReadHlslSource(const std::string& preprocessed, const std::string& entry, HlslSource& out,
+                                  std::string& reason);
 
 }  // namespace platform

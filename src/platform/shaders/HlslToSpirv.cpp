@@ -4,8 +4,11 @@
 #include <glslang/Public/ShaderLang.h>
 #include <glslang/SPIRV/GlslangToSpv.h>
 
+#include <cstring>
 #include <mutex>
 #include <sstream>
+
+#include "platform/Isolated.h"
 
 namespace platform {
 
@@ -46,25 +49,8 @@ void Describe(glslang::TShader& shader, EShLanguage language, const std::string&
     shader.setAutoMapLocations(true);
 }
 
-}  // namespace
-
-bool PreprocessHlsl(const std::string& source, const std::string& fileName, std::string& out, std::string& messages) {
-    const std::scoped_lock lock(CompilerLock());
-    glslang::TShader shader(EShLangFragment);
-    const char* text = source.c_str();
-    const int length = static_cast<int>(source.size());
-    const char* name = fileName.c_str();
-    shader.setStringsWithLengthsAndNames(&text, &length, &name, 1);
-    Describe(shader, EShLangFragment, "main");
-    glslang::TShader::ForbidIncluder noFiles;
-    const bool fine = shader.preprocess(GetDefaultResources(), 100, ENoProfile, false, false, rules, &out, noFiles);
-    if (!fine) messages = TidyMessages(shader.getInfoLog(), fileName);
-    return fine;
-}
-
-bool HlslToSpirv(const std::string& source, const std::string& fileName, const std::string& entry, ShaderStage stage,
-                 std::vector<std::uint32_t>& spirv, std::string& messages) {
-    const std::scoped_lock lock(CompilerLock());
+bool Compile(const std::string& source, const std::string& fileName, const std::string& entry, ShaderStage stage,
+             std::vector<std::uint32_t>& spirv, std::string& messages) {
     const EShLanguage language = stage == ShaderStage::Vertex ? EShLangVertex : EShLangFragment;
     glslang::TShader shader(language);
     const char* text = source.c_str();
@@ -94,6 +80,57 @@ bool HlslToSpirv(const std::string& source, const std::string& fileName, const s
     glslang::GlslangToSpv(*program.getIntermediate(language), spirv, &log, &options);
     messages += TidyMessages(log.getAllMessages(), fileName);
     return !spirv.empty();
+}
+
+// What comes back from the copy of the process: whether it compiled, the messages with their length before them, the
+// words.
+std::string Pack(bool fine, const std::string& messages, const std::vector<std::uint32_t>& spirv) {
+    const std::uint32_t length = static_cast<std::uint32_t>(messages.size());
+    std::string packed(fine ? "1" : "0");
+    packed.append(reinterpret_cast<const char*>(&length), sizeof length);
+    packed += messages;
+    return packed.append(reinterpret_cast<const char*>(spirv.data()), spirv.size() * sizeof(std::uint32_t));
+}
+
+bool Unpack(const std::string& packed, std::string& messages, std::vector<std::uint32_t>& spirv) {
+    std::uint32_t length = 0;
+    constexpr std::size_t head = 1 + sizeof length;
+    std::memcpy(&length, packed.data() + 1, sizeof length);
+    messages = packed.substr(head, length);
+    spirv.resize((packed.size() - head - length) / sizeof(std::uint32_t));
+    std::memcpy(spirv.data(), packed.data() + head + length, spirv.size() * sizeof(std::uint32_t));
+    return packed[0] == '1';
+}
+
+}  // namespace
+
+bool PreprocessHlsl(const std::string& source, const std::string& fileName, std::string& out, std::string& messages) {
+    const std::scoped_lock lock(CompilerLock());
+    glslang::TShader shader(EShLangFragment);
+    const char* text = source.c_str();
+    const int length = static_cast<int>(source.size());
+    const char* name = fileName.c_str();
+    shader.setStringsWithLengthsAndNames(&text, &length, &name, 1);
+    Describe(shader, EShLangFragment, "main");
+    glslang::TShader::ForbidIncluder noFiles;
+    const bool fine = shader.preprocess(GetDefaultResources(), 100, ENoProfile, false, false, rules, &out, noFiles);
+    if (!fine) messages = TidyMessages(shader.getInfoLog(), fileName);
+    return fine;
+}
+
+bool HlslToSpirv(const std::string& source, const std::string& fileName, const std::string& entry, ShaderStage stage,
+                 std::vector<std::uint32_t>& spirv, std::string& messages) {
+    const std::scoped_lock lock(CompilerLock());
+    const auto compile = [&] {
+        const bool fine = Compile(source, fileName, entry, stage, spirv, messages);
+        return Pack(fine, messages, spirv);
+    };
+    // glslang's reader of HLSL reads through null pointers on some broken sources.
+    constexpr unsigned limitSeconds = 20;
+    std::string packed;
+    if (RunIsolated(compile, limitSeconds, packed)) return Unpack(packed, messages, spirv);
+    messages = fileName + ": error: the compiler broke down on this program\n";
+    return false;
 }
 
 }  // namespace platform

@@ -55,7 +55,7 @@ bool CompileShader(const std::string& source, const std::string& fileName, const
     std::string plain;
     if (!CheckHlslText(source, reason)) return refuse(reason);
     if (!PreprocessHlsl(source, fileName, plain, messages)) return false;
-    if (!ReadHlslSource(plain, read, reason)) return refuse(reason);
+    if (!ReadHlslSource(plain, entry, read, reason)) return refuse(reason);
     std::vector<std::uint32_t> spirv;
     if (!HlslToSpirv(source, fileName, entry, limits->stage, spirv, messages)) return false;
     if (HasRecursion(spirv)) return refuse("a function calls itself");
