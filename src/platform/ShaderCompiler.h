@@ -51,4 +51,7 @@ struct CompiledShader {
 [[nodiscard]] bool CompileShader(const std::string& source, const std::string& fileName, const std::string& entry,
                                  const std::string& profile, CompiledShader& out, std::string& messages);
 
+// Makes the compiler ready in the background; otherwise the first compilation takes about 25 ms longer.
+void PrepareShaderCompiler();
+
 }  // namespace platform

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <mutex>
 #include <sstream>
+#include <thread>
 
 #include "platform/Isolated.h"
 
@@ -98,7 +99,7 @@ bool Unpack(const std::string& packed, std::string& messages, std::vector<std::u
     std::memcpy(&length, packed.data() + 1, sizeof length);
     messages = packed.substr(head, length);
     spirv.resize((packed.size() - head - length) / sizeof(std::uint32_t));
-    std::memcpy(spirv.data(), packed.data() + head + length, spirv.size() * sizeof(std::uint32_t));
+    if (!spirv.empty()) std::memcpy(spirv.data(), packed.data() + head + length, spirv.size() * sizeof(std::uint32_t));
     return packed[0] == '1';
 }
 
@@ -131,6 +132,11 @@ bool HlslToSpirv(const std::string& source, const std::string& fileName, const s
     if (RunIsolated(compile, limitSeconds, packed)) return Unpack(packed, messages, spirv);
     messages = fileName + ": error: the compiler broke down on this program\n";
     return false;
+}
+
+void PrepareShaderCompiler() {
+    // Its end waits for it.
+    static const std::jthread starter([] { CompilerLock(); });
 }
 
 }  // namespace platform
