@@ -63,7 +63,7 @@ Spot& Canvas::At(int x, int y) {
 Spot Canvas::Sample(double u, double v) const {
     const double x = std::clamp(u * width - 0.5, 0.0, width - 1.0);
     const double y = std::clamp(v * height - 0.5, 0.0, height - 1.0);
-    const Spot& nearest = At(static_cast<int>(x + 0.5), static_cast<int>(y + 0.5));
+    const Spot& nearest = At(static_cast<int>(std::lround(x)), static_cast<int>(std::lround(y)));
     if (nearest.matter != Matter::Paint) return nearest;
     const int left = std::min(static_cast<int>(x), width - 2);
     const int top = std::min(static_cast<int>(y), height - 2);

@@ -25,7 +25,7 @@ double Distance(Shade a, Shade b) {
 
 std::vector<Sample> Collect(std::span<const Canvas* const> pictures) {
     std::map<int, Sample> bins;
-    const auto step = [](double value) { return static_cast<int>(std::clamp(value, 0.0, 1.0) * 31.0 + 0.5); };
+    const auto step = [](double value) { return static_cast<int>(std::lround(std::clamp(value, 0.0, 1.0) * 31.0)); };
     for (const Canvas* picture : pictures)
         for (int y = 0; y < picture->Height(); y += 2)
             for (int x = 0; x < picture->Width(); x += 2) {
@@ -116,10 +116,10 @@ RgbPalette Lit(const RgbPalette& plain, const Mood& mood) {
                             blend(shade.green, mood.shadow.green, mood.tint.green),
                             blend(shade.blue, mood.shadow.blue, mood.tint.blue)});
     }
-    for (int i = 0; i < entriesPerLight; ++i) {
-        const double brightness = 0.45 + 0.55 * i / (entriesPerLight - 1);
-        lit[static_cast<std::size_t>(glassEntries + i)] = ToRgb(mood.glass * brightness);
-        lit[static_cast<std::size_t>(glowEntries + i)] = ToRgb(mood.glow * brightness);
+    for (std::size_t i = 0; i < entriesPerLight; ++i) {
+        const double brightness = 0.45 + 0.55 * static_cast<double>(i) / (entriesPerLight - 1);
+        lit[glassEntries + i] = ToRgb(mood.glass * brightness);
+        lit[glowEntries + i] = ToRgb(mood.glow * brightness);
     }
     lit[0] = {};
     return lit;

@@ -12,7 +12,8 @@ namespace {
 
 // The diamond of a floor is drawn this much smaller than its sprite.
 constexpr double shrink = 1.025;
-// Beyond the square by this much the sprite still shows it, for the smoothing at its edges.
+// Beyond its edges by this much of its side a sprite still shows the picture, because the client reads four pixels
+// around each place.
 constexpr double margin = 0.03;
 constexpr unsigned wallWidth = 128;
 constexpr unsigned wallHeight = 142;
@@ -45,7 +46,7 @@ IndexedImage SpriteMaker::WallSprite(const Canvas& picture, int position) {
     return ToIndices(Canvas(static_cast<int>(wallWidth), static_cast<int>(wallHeight), [&](double su, double sv) {
         const double u = su * 2.0;
         const double v = onLowX ? (sv + 0.225 * u - 0.14) / 0.9 : (sv - 0.225 * u + 0.10) / 0.9;
-        if (u >= 1.0 || v < 0.0 || v >= 1.0) return Clear();
+        if (u >= 1.0 + margin || v < 0.0 || v >= 1.0 + margin) return Clear();
         // Low gx panels run from right to left in the usual view and lie in the shade.
         Spot spot = picture.Sample(onLowX ? 1.0 - u : u, v);
         if (onLowX && spot.matter == Matter::Paint) spot.shade = spot.shade * 0.84;
@@ -87,7 +88,9 @@ IndexedImage SpriteMaker::ToIndices(const Canvas& sprite) {
 }
 
 std::uint8_t SpriteMaker::Nearest(Shade shade) {
-    const auto step = [](double value) { return static_cast<std::size_t>(std::clamp(value, 0.0, 1.0) * 63.0 + 0.5); };
+    const auto step = [](double value) {
+        return static_cast<std::size_t>(std::lround(std::clamp(value, 0.0, 1.0) * 63.0));
+    };
     const std::size_t red = step(shade.red);
     const std::size_t green = step(shade.green);
     const std::size_t blue = step(shade.blue);

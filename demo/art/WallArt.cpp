@@ -232,7 +232,7 @@ Spot BookcaseAt(double u, double v) {
 
 Spot CrystalAt(double u, double v) {
     const double spire = 0.16 + 0.3 * std::abs(std::remainder(u * 3.0, 1.0)) +
-                         0.12 * Scatter(static_cast<int>(u * 3.0 + 0.5) % 3, 0, 631);
+                         0.12 * Scatter(static_cast<int>(std::lround(u * 3.0)) % 3, 0, 631);
     if (v < spire) return Clear();
     const double facet = u * 3.0 - std::floor(u * 3.0);
     if (std::abs(facet - 0.5) < 0.02 || facet < 0.03) return Glow(0.9 - 0.5 * v);

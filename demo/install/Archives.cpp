@@ -111,6 +111,7 @@ std::map<std::string, std::string> Archives::GameFiles() {
     const Canvas& doorway = walls.at(walls::Doorway);
     const Canvas& arch = walls.at(walls::RoseArch);
     std::vector<IndexedImage> junctions;
+    junctions.reserve(10);
     for (int image = 0; image < 10; ++image)
         junctions.push_back(sprites.WallSprite(doorway, image == 9 ? 1 : 2));
     files[folder + "junction.tsh"] = WriteTsh(junctions);

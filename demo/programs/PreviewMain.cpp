@@ -156,8 +156,9 @@ bool DrawView(const Arguments& arguments, const Textures& textures) {
         for (int x = 0; x < width; ++x) {
             unsigned sums[3] = {};
             for (int ray = 0; ray < fine * fine; ++ray) {
+                const int row = ray / fine;
                 const double sx = ((x + (ray % fine + 0.5) / fine) / width * 2.0 - 1.0) * half * width / height;
-                const double sy = ((y + (ray / fine + 0.5) / fine) / height * 2.0 - 1.0) * half;
+                const double sy = ((y + (row + 0.5) / fine) / height * 2.0 - 1.0) * half;
                 const double flip = up.z > 0 ? -sy : sy;
                 const std::uint32_t texel =
                     Trace(textures, eye,

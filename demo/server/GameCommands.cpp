@@ -136,7 +136,7 @@ void Game::Whisper(Player& player, std::string_view nameAndText) {
 void Game::Who(const Player& player) {
     std::string names;
     for (const auto& [id, other] : players)
-        if (other->stage == Stage::Ready) names += (names.empty() ? "" : ", ") + other->figure.name;
+        if (other->stage == Stage::Ready) names.append(names.empty() ? "" : ", ").append(other->figure.name);
     Tell(player, "((Players: " + names + ")");
 }
 

@@ -28,6 +28,7 @@ void GameServer::Start() {
 }
 
 void GameServer::Close() {
+    closed = true;
     timer.cancel();
     door.Close();
 }
@@ -54,7 +55,8 @@ void GameServer::OnGone(Peer& peer) {
 void GameServer::TickLater() {
     timer.expires_after(tickTime);
     timer.async_wait([this](const asio::error_code& cancelled) {
-        if (cancelled) return;
+        // A tick that was due already when the server closed is not cancelled any more.
+        if (cancelled || closed) return;
         const auto now = std::chrono::steady_clock::now();
         game.Tick(std::chrono::duration<double>(now - lastTick).count());
         lastTick = now;

@@ -32,6 +32,7 @@ class GameServer : private Outbox, private Peer::Listener {
     ServerLog& log;
     Game game;
     std::chrono::steady_clock::time_point lastTick;
+    bool closed = false;
 };
 
 }  // namespace demo

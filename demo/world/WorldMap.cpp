@@ -35,7 +35,7 @@ WorldMap::WorldMap(int wantedWidth, int wantedHeight)
 
 // Going down a file column, every even step leads along gx and every odd one along gy.
 Cell WorldMap::ToGrid(FileCell cell) const {
-    return {cell.fx + cell.fy / 2, 2 * fileHeight + (cell.fy + 1) / 2 - cell.fx};
+    return {cell.fx + FloorHalf(cell.fy), 2 * fileHeight + FloorHalf(cell.fy + 1) - cell.fx};
 }
 
 FileCell WorldMap::ToFile(Cell cell) const {

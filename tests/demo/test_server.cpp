@@ -4,8 +4,10 @@
 #include <asio/io_context.hpp>
 #include <asio/ip/tcp.hpp>
 #include <chrono>
+#include <cstdlib>
 #include <functional>
 #include <random>
+#include <sstream>
 #include <thread>
 
 #include "demo/server/DemoServer.h"
@@ -53,6 +55,7 @@ class Client {
     bool WaitForBytes(std::size_t count) {
         return WaitFor([&] { return received.size() >= count || ended; }) && received.size() >= count;
     }
+    [[nodiscard]] bool HasEnded() const { return ended; }
     std::string TakeLine() {
         if (!WaitForText("\n")) return {};
         const std::size_t end = received.find('\n') + 1;
@@ -176,8 +179,74 @@ TEST_F(ServerTest, RefusesOtherRequests) {
         client.TakeLine();
         client.Send(request);
         EXPECT_TRUE(client.TakeLine().starts_with(answer)) << request;
-        EXPECT_TRUE(client.WaitForEnd()) << request;
     }
+}
+
+TEST_F(ServerTest, ServesSeveralDownloadsAtOnceAndForgetsBrokenOnes) {
+    {
+        Client leaver(server->FilePort());
+        leaver.TakeLine();
+        leaver.Send("RC Ada pw deep 0 2 64\n");
+        EXPECT_TRUE(leaver.WaitForBytes(64));
+    }
+    Client clients[] = {Client(server->FilePort()), Client(server->FilePort())};
+    std::string contents[2];
+    for (Client& client : clients) {
+        client.TakeLine();
+        // A block size below the least one is raised to it.
+        client.Send("RC Ada pw deep 0 2 1\n");
+        EXPECT_EQ(client.TakeLine(), "44 10000 0 64\n");
+    }
+    for (unsigned block = 0; block < 186; ++block)
+        for (std::size_t i = 0; i < 2; ++i) {
+            ASSERT_TRUE(clients[i].WaitForBytes(64)) << block;
+            contents[i] += clients[i].TakeBytes(64).substr(10);
+            clients[i].Send("PKOK " + std::to_string(block) + "\n");
+        }
+    for (const std::string& content : contents)
+        EXPECT_EQ(content.substr(0, 10000), archive);
+}
+
+TEST_F(ServerTest, TurnsACrowdAway) {
+    std::vector<std::unique_ptr<Client>> crowd;
+    for (int i = 0; i < 64; ++i) {
+        crowd.push_back(std::make_unique<Client>(server->GamePort()));
+        ASSERT_TRUE(crowd.back()->WaitForText("END\n")) << i;
+    }
+    Client oneMore(server->GamePort());
+    EXPECT_TRUE(oneMore.WaitForEnd());
+    EXPECT_EQ(oneMore.received, "");
+    crowd.pop_back();
+    // The place becomes free as soon as the server has seen the other one go.
+    EXPECT_TRUE(crowd.front()->WaitFor([&] {
+        Client next(server->GamePort());
+        return next.WaitFor([&] { return !next.received.empty() || next.HasEnded(); }) && !next.received.empty();
+    }));
+}
+
+// The program itself: ports written once it listens, a clean end on a signal, no start with bad arguments.
+TEST(ServerProgram, WritesItsPortsAndEndsOnASignal) {
+    const support::TestFolder folder;
+    const std::string program = KELVANE_DEMO_SERVER;
+    folder.Write("run.sh", program +
+                               " --folder . --ports-file ports.txt --write-addresses --log log.txt & pid=$!\n"
+                               "for i in $(seq 200); do [ -s ports.txt ] && break; sleep 0.05; done\n"
+                               "kill -TERM $pid; wait $pid; echo $? > status.txt\n");
+    folder.Write("data/keep", "");
+    ASSERT_EQ(std::system("sh run.sh"), 0);
+    EXPECT_EQ(folder.Read("status.txt"), "0\n");
+    std::istringstream ports(folder.Read("ports.txt"));
+    std::string word;
+    int gamePort = 0;
+    int filePort = 0;
+    ports >> word >> gamePort >> word >> filePort;
+    EXPECT_NE(gamePort, filePort);
+    EXPECT_EQ(folder.Read("data/tolv_ip.txt"), "127.0.0.1\n" + std::to_string(gamePort) + "\n");
+    EXPECT_EQ(folder.Read("data/tolvfile_ip.txt"), "127.0.0.1\n" + std::to_string(filePort) + "\n");
+    EXPECT_TRUE(folder.Read("log.txt").ends_with("closed\n"));
+    for (const char* arguments :
+         {"", " --folder", " --folder . --game-port 70000", " --folder . --seed x", " --what 1"})
+        EXPECT_NE(std::system((program + arguments + " 2>/dev/null").c_str()), 0) << arguments;
 }
 
 TEST_F(ServerTest, SurvivesAnyBytes) {

@@ -43,7 +43,8 @@ std::vector<std::uint32_t> Render(unsigned width, unsigned height, const Paint& 
             Shade sum;
             double alpha = 0.0;
             for (int i = 0; i < fine * fine; ++i) {
-                const Tone tone = paint(x + (i % fine + 0.5) / fine, y + (i / fine + 0.5) / fine);
+                const int row = i / fine;
+                const Tone tone = paint(x + (i % fine + 0.5) / fine, y + (row + 0.5) / fine);
                 sum = sum + tone.shade * tone.alpha;
                 alpha += tone.alpha;
             }

@@ -1,0 +1,193 @@
+// The pictures of the demo world, seen through the client's own conversion.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <fstream>
+#include <set>
+#include <sstream>
+
+#include "demo/art/FloorArt.h"
+#include "demo/art/Palettes.h"
+#include "demo/art/Sprites.h"
+#include "demo/art/WallArt.h"
+#include "demo/world/Catalogue.h"
+#include "formats/ByteCursor.h"
+#include "formats/Palette.h"
+#include "world/SpriteTexels.h"
+
+namespace demo {
+namespace {
+
+// What the client holds after it has read the sprite from an archive.
+SpriteImage AsRead(const IndexedImage& image) {
+    SpriteImage sprite;
+    for (unsigned y = 0; y < image.height; ++y)
+        sprite.rows.emplace_back(image.indices.begin() + y * image.width,
+                                 image.indices.begin() + (y + 1) * image.width);
+    return sprite;
+}
+
+void UsePalette(const RgbPalette& palette) {
+    for (std::size_t i = 0; i < palette.size(); ++i)
+        currentPalette[i] = {0, palette[i].red, palette[i].green, palette[i].blue};
+}
+
+int Difference(std::uint32_t argb, Shade shade) {
+    const auto channel = [&](int shift, double value) {
+        return std::abs(static_cast<int>(argb >> shift & 255U) - static_cast<int>(std::lround(value * 255.0)));
+    };
+    return std::max({channel(16, shade.red), channel(8, shade.green), channel(0, shade.blue)});
+}
+
+double EdgeDifference(const Canvas& left, const Canvas& right, bool vertical) {
+    double sum = 0.0;
+    const int last = left.Width() - 1;
+    for (int i = 0; i <= last; ++i) {
+        const Shade a = (vertical ? left.At(last, i) : left.At(i, last)).shade;
+        const Shade b = (vertical ? right.At(0, i) : right.At(i, 0)).shade;
+        sum += std::abs(a.red - b.red) + std::abs(a.green - b.green) + std::abs(a.blue - b.blue);
+    }
+    return sum / (3.0 * left.Width());
+}
+
+// Four quarters in colours of their own: u grows along x, v along y.
+const Canvas& Quarters() {
+    static const Canvas canvas(128, 128, [](double u, double v) {
+        return Spot{{u < 0.5 ? 0.9 : 0.2, v < 0.5 ? 0.8 : 0.3, 0.5}};
+    });
+    return canvas;
+}
+
+TEST(Sprites, FloorsComeOutOfTheirDiamondsAsTheyWent) {
+    const Canvas* pictures[] = {&Quarters()};
+    const RgbPalette palette = ChoosePalette(pictures);
+    UsePalette(palette);
+    for (const unsigned side : {62U, 112U, 255U}) {
+        const IndexedImage sprite = SpriteMaker(palette).FloorSprite(Quarters(), side);
+        EXPECT_EQ(sprite.indices[0], 0) << "the corner lies outside the diamond";
+        std::vector<std::uint32_t> texels;
+        ASSERT_TRUE(FloorTexels(AsRead(sprite), 64, 64, texels));
+        for (int y = 0; y < 64; ++y)
+            for (int x = 0; x < 64; ++x) {
+                if (std::abs(x - 32) < 3 || std::abs(y - 32) < 3) continue;
+                ASSERT_LE(Difference(texels[static_cast<std::size_t>(y * 64 + x)],
+                                     Quarters().Sample(x / 64.0, y / 64.0).shade),
+                          10)
+                    << side << ": " << x << ", " << y;
+            }
+    }
+}
+
+TEST(Sprites, WallsStandUprightOnBothKindsOfEdges) {
+    // Clear above; the left third is a pane, so that the sides can be told.
+    const Canvas picture(128, 256, [](double u, double v) {
+        if (v < 0.3) return Clear();
+        return u < 0.33 ? Glass(0.99) : Spot{{0.6, 0.4, 0.2}};
+    });
+    const Canvas* pictures[] = {&picture};
+    const RgbPalette plain = ChoosePalette(pictures);
+    RgbPalette palette = Lit(plain, Moods().front());
+    palette[glassEntries + 7] = {0, 0, 255};
+    UsePalette(palette);
+    for (const int position : {7, 8, 21, 54}) {
+        const bool mirrored = position % 2 == 0;
+        std::vector<std::uint32_t> texels;
+        ASSERT_TRUE(WallTexels(AsRead(SpriteMaker(plain).WallSprite(picture, position)), position, 64, 128, texels));
+        for (int y = 0; y < 128; ++y)
+            for (int x = 0; x < 64; ++x) {
+                const int fromLeft = mirrored ? 63 - x : x;
+                // The lower corner beyond the sprite repeats what is above it.
+                if (std::abs(y - 38) < 4 || std::abs(fromLeft - 21) < 3) continue;
+                const std::uint32_t texel = texels[static_cast<std::size_t>(y * 64 + x)];
+                // The palette of one picture holds its brown alone, not the darker one of the shaded side.
+                const int allowed = mirrored ? 26 : 8;
+                if (y < 38)
+                    ASSERT_EQ(texel >> 24, 0U) << position << ": " << x << ", " << y;
+                else if (fromLeft < 21)
+                    ASSERT_EQ(texel, 0xFF0000FFU) << position << ": " << x << ", " << y;
+                else
+                    ASSERT_LE(Difference(texel, {0.6, 0.4, 0.2}), allowed) << position << ": " << x << ", " << y;
+            }
+    }
+}
+
+TEST(Palettes, KeepTheirReservedEntriesAndLightEachMoodDifferently) {
+    const Canvas* pictures[] = {&Quarters()};
+    const RgbPalette plain = ChoosePalette(pictures);
+    const auto isBlack = [](const Rgb& rgb) { return rgb.red + rgb.green + rgb.blue == 0; };
+    for (std::size_t i = 0; i < plain.size(); ++i)
+        EXPECT_EQ(isBlack(plain[i]), i == 0 || i == cleanedEntry || i >= glassEntries) << i;
+    std::set<std::string> files;
+    for (const Mood& mood : Moods()) {
+        const RgbPalette lit = Lit(plain, mood);
+        files.insert(mood.fileName);
+        EXPECT_TRUE(isBlack(lit[0])) << mood.fileName;
+        for (int i = 1; i < entriesPerLight; ++i)
+            EXPECT_GT(lit[static_cast<std::size_t>(glowEntries + i)].red,
+                      lit[static_cast<std::size_t>(glowEntries + i - 1)].red);
+    }
+    EXPECT_EQ(files.size(), Moods().size());
+}
+
+TEST(FloorArt, TilesMeetWithoutSeams) {
+    const std::map<int, Canvas> tiles = PaintFloors();
+    // Variants of one ground, beside and below each other.
+    for (const auto& [first, count] :
+         {std::pair{int{floors::Grass}, 4}, {int{floors::Water}, 3}, {int{floors::Sand}, 2}, {int{floors::Dirt}, 2}})
+        for (int a = first; a < first + count; ++a)
+            for (int b = first; b < first + count; ++b)
+                for (const bool vertical : {true, false})
+                    EXPECT_LT(EdgeDifference(tiles.at(a), tiles.at(b), vertical), 0.09) << a << " and " << b;
+    // Borders wherever two corners are shared: mask bits are low x low y, high x low y, low x high y, high x high y.
+    for (const int first : {floors::GrassOverSand, floors::CobbleOverGrass, floors::DirtOverGrass,
+                            floors::SandOverWater, floors::UndergrowthOverGrass})
+        for (int a = 1; a < 15; ++a)
+            for (int b = 1; b < 15; ++b) {
+                const bool beside = (a >> 1 & 1) == (b & 1) && (a >> 3 & 1) == (b >> 2 & 1);
+                const bool below = (a >> 2 & 3) == (b & 3);
+                const double x = beside ? EdgeDifference(tiles.at(first + a), tiles.at(first + b), true) : 0.0;
+                const double y = below ? EdgeDifference(tiles.at(first + a), tiles.at(first + b), false) : 0.0;
+                EXPECT_LT(std::max(x, y), 0.1) << first << ": " << a << ", " << b;
+            }
+}
+
+TEST(WallArt, LeavesTheCornersClearThatNoSpriteHolds) {
+    for (const auto& [wall, canvas] : PaintWalls())
+        for (int x = 0; x < canvas.Width(); ++x)
+            EXPECT_EQ(canvas.At(x, 28).matter, Matter::Clear) << wall;
+}
+
+TEST(Data, PicturesHaveSidesThatTexturesCanHave) {
+    const char* source = std::getenv("KELVANE_SOURCE_DIR");
+    ASSERT_NE(source, nullptr) << "set by the build for its test runs";
+    const std::string data = std::string(source) + "/data/";
+    const struct {
+        const char* file;
+        std::uint32_t width, height;
+    } rows[] = {{"pickINI.bmp", 32, 32},
+                {"walls/stone1.bmp", 128, 128},
+                {"ui/sbar0.png", 32, 256},
+                {"ui/sbar1.png", 32, 32},
+                {"misc/dream0.png", 128, 128}};
+    for (const auto& row : rows) {
+        std::ifstream file(data + row.file, std::ios::binary);
+        std::stringstream content;
+        content << file.rdbuf();
+        std::string bytes = content.str();
+        const bool isBmp = bytes.starts_with("BM");
+        ASSERT_TRUE(isBmp || bytes.starts_with("\x89PNG")) << row.file;
+        // A PNG keeps its size most significant byte first.
+        if (!isBmp)
+            for (const std::size_t at : {16U, 20U})
+                std::reverse(bytes.begin() + static_cast<long>(at), bytes.begin() + static_cast<long>(at) + 4);
+        ByteCursor cursor(bytes);
+        cursor.Skip(isBmp ? 18 : 16);
+        EXPECT_EQ(cursor.U32(), row.width) << row.file;
+        EXPECT_EQ(cursor.U32(), row.height) << row.file;
+    }
+}
+
+}  // namespace
+}  // namespace demo
