@@ -40,9 +40,7 @@ class LoggedInSession {
 
     void Run(std::string_view bytes) {
         LineFramer framer;
-        framer.Append(bytes);
-        for (std::string line; framer.TakeLine(line);)
-            session.HandleServerLine(line);
+        framer.Feed(bytes, [this](std::string_view line) { session.HandleServerLine(line); });
         TolvDataManager& data = TolvDataManager::Default();
         while (!data.GetTransfers().empty())
             UpdateTransfers();

@@ -26,68 +26,67 @@ TolvDataManager& Data() {
     return TolvDataManager::Default();
 }
 
-int TwoDigits(const std::string& line, std::size_t at) {
-    return DecodeBase95(std::string_view(line).substr(at, 2));
+int TwoDigits(std::string_view line, std::size_t at) {
+    return DecodeBase95(line.substr(at, 2));
 }
 
 // A position: two digits of x and two of y in the columns of the map file.
-GridCell CellAt(const std::string& line, std::size_t at) {
+GridCell CellAt(std::string_view line, std::size_t at) {
     GridCell cell;
     TolvMap::Current().FileToGrid(TwoDigits(line, at), TwoDigits(line, at + 2), cell.gx, cell.gy);
     return cell;
 }
 
 // A colour code at 1, the position at 11 and a frame code at 15.
-Character CharacterOf(const std::string& line) {
-    const std::string_view bytes = line;
+Character CharacterOf(std::string_view line) {
     Character character;
-    DecodeCharacter(bytes.substr(1, 10), bytes.substr(15, 2), character);
+    DecodeCharacter(line.substr(1, 10), line.substr(15, 2), character);
     const GridCell cell = CellAt(line, 11);
     character.gx = cell.gx;
     character.gy = cell.gy;
     return character;
 }
 
-void RemoveCharacter(const std::string& line) {
+void RemoveCharacter(std::string_view line) {
     const GridCell cell = CellAt(line, 1);
     Data().RemoveCharacterAt(cell.gx, cell.gy);
 }
 
-void MoveCharacter(const std::string& line) {
+void MoveCharacter(std::string_view line) {
     const GridCell old = CellAt(line, 17);
     Data().MoveCharacter(old.gx, old.gy, CharacterOf(line));
 }
 
-void ShowCharacter(const std::string& line) {
+void ShowCharacter(std::string_view line) {
     const Character character = CharacterOf(line);
     Data().MoveCharacter(character.gx, character.gy, character);
 }
 
-void ChangeObject(const std::string& line) {
+void ChangeObject(std::string_view line) {
     const GridCell cell = CellAt(line, 1);
     TolvMap::Current().SetObject(cell.gx, cell.gy, static_cast<std::uint16_t>(TwoDigits(line, 5)));
 }
 
-void MoveView(const std::string& line) {
+void MoveView(std::string_view line) {
     const GridCell cell = CellAt(line, 1);
     Data().SetViewPosition(cell.gx, cell.gy);
 }
 
-void ChangePalette(const std::string& line) {
-    const std::string path = ContainedPath(defaultFolder, line.substr(3));
+void ChangePalette(std::string_view line) {
+    const std::string path = ContainedPath(defaultFolder, std::string(line.substr(3)));
     if (!path.empty()) LoadPcxPalette(path);
 }
 
 // The position at 2, two bytes of unknown meaning at 6, then the label, a space and the second label.
-void AddMarker(const std::string& line) {
+void AddMarker(std::string_view line) {
     const GridCell cell = CellAt(line, 2);
     const std::size_t labelEnd = std::min(line.find(' ', 8), line.size());
-    Marker marker{cell.gx, cell.gy, line.substr(8, labelEnd - 8), line.substr(labelEnd)};
+    Marker marker{cell.gx, cell.gy, std::string(line.substr(8, labelEnd - 8)), std::string(line.substr(labelEnd))};
     std::erase(marker.subLabel, ' ');
     Data().AddMarker(marker);
 }
 
-void RemoveMarker(const std::string& line) {
+void RemoveMarker(std::string_view line) {
     const GridCell cell = CellAt(line, 2);
     Data().RemoveMarkerAt(cell.gx, cell.gy);
 }
@@ -98,13 +97,13 @@ void LeaveMap() {
 }
 
 // A name that must not become a file name ends as a failed transfer, so that the player is asked what to do.
-void EnterDream(const std::string& line) {
-    const std::string name = line.substr(3, line.find(' ', 3) - 3);
+void EnterDream(std::string_view line) {
+    const std::string name(line.substr(3, line.find(' ', 3) - 3));
     LeaveMap();
     if (!Data().StartDreamTransfer(name, "kvn2_tmp\\" + name)) Data().PostMessage("> Downloading Dream...");
 }
 
-void HandleBracketLine(const std::string& line) {
+void HandleBracketLine(std::string_view line) {
     if (line.size() >= 4 && line[1] == 'c' && line[2] == 'c')
         ChangePalette(line);
     else if (line.size() >= 8 && line[1] == 's')
@@ -126,10 +125,8 @@ void TolvSession::PollServer() {
     if (!netClient) return;
     if (netClient->PendingBytes() > 0) {
         std::vector<char> bytes;
-        if (netClient->ReceiveData(bytes)) lineBuffer.Append({bytes.data(), bytes.size()});
-        std::string line;
-        while (lineBuffer.TakeLine(line))
-            HandleServerLine(line);
+        if (netClient->ReceiveData(bytes))
+            lineFramer.Feed({bytes.data(), bytes.size()}, [this](std::string_view line) { HandleServerLine(line); });
         greetingPhase = false;
     }
     if (loggedIn && !netClient->IsConnected()) {
@@ -138,7 +135,7 @@ void TolvSession::PollServer() {
     }
 }
 
-void TolvSession::HandleServerLine(const std::string& line) {
+void TolvSession::HandleServerLine(std::string_view line) {
     if (greetingPhase)
         HandleGreeting(line);
     else if (!loggedIn)
@@ -147,13 +144,13 @@ void TolvSession::HandleServerLine(const std::string& line) {
         HandleGameLine(line);
 }
 
-void TolvSession::HandleGreeting(const std::string& line) {
-    Data().PostMessage(line);
+void TolvSession::HandleGreeting(std::string_view line) {
+    Data().PostMessage(std::string(line));
     const PlayerData& player = GetPlayerData();
     if (line.find("END") != std::string::npos) SendLine("connect " + player.name + " " + player.password);
 }
 
-void TolvSession::HandleLoginWait(const std::string& line) {
+void TolvSession::HandleLoginWait(std::string_view line) {
     if (line.find("&&&&&&&&&&&&&") == std::string::npos) return;
     const PlayerData& player = GetPlayerData();
     SendLine("desc " + player.desc);
@@ -162,7 +159,7 @@ void TolvSession::HandleLoginWait(const std::string& line) {
     loggedIn = true;
 }
 
-void TolvSession::HandleGameLine(const std::string& line) {
+void TolvSession::HandleGameLine(std::string_view line) {
     if (line == "Nope." || line == "Invalid Name or password.") {
         Data().PostMessage("Server reported error while trying to log in.");
         return;
@@ -171,7 +168,7 @@ void TolvSession::HandleGameLine(const std::string& line) {
     switch (line[0]) {
         case '(':
         case '[':
-            if (length > 1) Data().PostMessage(StripControlChars(std::string_view(line).substr(1)));
+            if (length > 1) Data().PostMessage(StripControlChars(line.substr(1)));
             break;
         case ')':
             if (length >= 5) RemoveCharacter(line);
@@ -202,15 +199,15 @@ void TolvSession::HandleGameLine(const std::string& line) {
     }
 }
 
-void TolvSession::ChangeFloor(const std::string& line) {
+void TolvSession::ChangeFloor(std::string_view line) {
     const GridCell cell = CellAt(line, 1);
     TolvMap::Current().SetFloor(cell.gx, cell.gy, static_cast<std::uint16_t>(TwoDigits(line, 5)));
     if (worldPort) worldPort->MarkFloorsDirtyNear(cell.gx, cell.gy);
 }
 
-void TolvSession::ChangeMap(const std::string& line) {
+void TolvSession::ChangeMap(std::string_view line) {
     LeaveMap();
-    const std::string path = ContainedPath("", line.substr(1));
+    const std::string path = ContainedPath("", std::string(line.substr(1)));
     // A refused name is a map that cannot be loaded, which leaves none.
     if (path.empty())
         TolvMap::Current() = TolvMap();

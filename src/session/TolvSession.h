@@ -24,7 +24,7 @@ class TolvSession {
     // Once per frame: handles every line that has arrived and tells the player of a lost connection.
     void PollServer();
     // Applies one line, without its line feed. Any bytes are allowed; a line that means nothing is ignored.
-    void HandleServerLine(const std::string& line);
+    void HandleServerLine(std::string_view line);
     // Sends the line and a line feed; false when not connected or not sent.
     bool SendLine(const std::string& line);
     // Directions 0 to 3 walk, 4 and 5 turn; any other sends nothing and is false.
@@ -33,15 +33,15 @@ class TolvSession {
     bool SendLook(int gx, int gy);
 
   private:
-    void HandleGreeting(const std::string& line);
-    void HandleLoginWait(const std::string& line);
-    void HandleGameLine(const std::string& line);
-    void ChangeFloor(const std::string& line);
-    void ChangeMap(const std::string& line);
+    void HandleGreeting(std::string_view line);
+    void HandleLoginWait(std::string_view line);
+    void HandleGameLine(std::string_view line);
+    void ChangeFloor(std::string_view line);
+    void ChangeMap(std::string_view line);
 
     NET::Client* netClient = nullptr;
     WorldPort* worldPort = nullptr;
     bool greetingPhase = true;
     bool loggedIn = false;
-    LineFramer lineBuffer;
+    LineFramer lineFramer;
 };

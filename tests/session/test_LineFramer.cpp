@@ -16,11 +16,8 @@ namespace {
 std::vector<std::string> Feed(std::string_view stream, std::size_t piece) {
     LineFramer framer;
     std::vector<std::string> lines;
-    for (; !stream.empty(); stream.remove_prefix(std::min(piece, stream.size()))) {
-        framer.Append(stream.substr(0, piece));
-        for (std::string line; framer.TakeLine(line);)
-            lines.push_back(line);
-    }
+    for (; !stream.empty(); stream.remove_prefix(std::min(piece, stream.size())))
+        framer.Feed(stream.substr(0, piece), [&](std::string_view line) { lines.emplace_back(line); });
     return lines;
 }
 
