@@ -53,6 +53,9 @@ struct Face {
 
     std::shared_ptr<Library> library;
     FT_Face handle = nullptr;
+    // What the face's one slot holds. A glyph is drawn twice in a row when its place depends on its shape.
+    const void* slotFont = nullptr;
+    FT_UInt slotGlyph = 0;
 };
 
 std::shared_ptr<Face> LoadFace(const FontFile& file) {
@@ -95,6 +98,7 @@ class FreeTypeFont : public FontFace {
         ascent = static_cast<int>((FT_MulFix(face->handle->ascender, size->metrics.y_scale) + 32) >> 6);
     }
     ~FreeTypeFont() override {
+        if (face->slotFont == this) face->slotFont = nullptr;
         if (size) FT_Done_Size(size);
     }
     FreeTypeFont(const FreeTypeFont&) = delete;
@@ -108,13 +112,23 @@ class FreeTypeFont : public FontFace {
         const FT_ULong unicode = UnicodeOf(code);
         if (unicode == 0 || FT_Activate_Size(size) != 0) return;
         const FT_UInt glyph = FT_Get_Char_Index(face->handle, unicode);
-        if (glyph == 0 || FT_Load_Glyph(face->handle, glyph, FT_LOAD_RENDER | FT_LOAD_NO_BITMAP) != 0) return;
+        if (glyph == 0 || !Render(glyph)) return;
         const FT_GlyphSlot slot = face->handle->glyph;
         if (slot->bitmap.pixel_mode != FT_PIXEL_MODE_GRAY) return;
         CopyCoverage(slot->bitmap, x + slot->bitmap_left, y + ascent - slot->bitmap_top, side, coverage);
     }
 
   private:
+    // Into the face's slot, unless it is there already.
+    bool Render(FT_UInt glyph) {
+        if (face->slotFont == this && face->slotGlyph == glyph) return true;
+        face->slotFont = nullptr;
+        if (FT_Load_Glyph(face->handle, glyph, FT_LOAD_RENDER | FT_LOAD_NO_BITMAP) != 0) return false;
+        face->slotFont = this;
+        face->slotGlyph = glyph;
+        return true;
+    }
+
     std::shared_ptr<Face> face;
     FT_Size size = nullptr;
     int ascent = 0;  // from the cell's top to the base line, in pixels
