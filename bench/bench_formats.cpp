@@ -1,8 +1,8 @@
 // The LZW decoder against libtiff's on one code stream, and archives of bzip2 entries against bare libbz2.
 //
 // Both sides of a comparison run in turn inside every iteration, on the processor time of the one thread, so that other
-// load on the machine weighs on both. The counters give each side's best time and "ratio": how many times as fast as
-// the library we are.
+// load on the machine weighs on both. The counters give each side's best time and "times_as_fast": how many times as
+// fast as the library we are.
 
 #include <benchmark/benchmark.h>
 #include <bzlib.h>
@@ -12,7 +12,6 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
-#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -22,6 +21,7 @@
 #include <string_view>
 #include <vector>
 
+#include "bench/Turns.h"
 #include "demo/formats/ArchiveWriter.h"
 #include "demo/formats/LzwEncoder.h"
 #include "formats/DreamArchive.h"
@@ -73,47 +73,21 @@ std::string TextBytes() {
     return bytes;
 }
 
-double ThreadSeconds() {
-    timespec now{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
-}
-
-template <typename Work>
-double SecondsOf(Work work) {
-    const double begin = ThreadSeconds();
-    work();
-    return ThreadSeconds() - begin;
-}
-
-double Median(std::vector<double> values) {
-    std::nth_element(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2), values.end());
-    return values[values.size() / 2];
-}
-
 // Runs both in turn and reports the median times and the median of the ratios of neighbours. `prepare` is not timed.
 template <typename Prepare, typename Ours, typename Library>
 void Compare(benchmark::State& state, std::size_t bytes, Prepare prepare, Ours ours, Library library) {
-    std::vector<double> oursSeconds;
-    std::vector<double> librarySeconds;
-    std::vector<double> ratios;
+    bench::Turns turns;
     for (auto iteration : state) {
+        (void)iteration;
         prepare();
-        oursSeconds.push_back(SecondsOf(ours));
-        librarySeconds.push_back(SecondsOf(library));
-        ratios.push_back(librarySeconds.back() / oursSeconds.back());
-        state.SetIterationTime(oursSeconds.back());
+        const double oursSeconds = bench::SecondsOf(ours);
+        turns.Add(oursSeconds, bench::SecondsOf(library));
+        state.SetIterationTime(oursSeconds);
     }
-    state.counters["ours_ms"] = Median(oursSeconds) * 1e3;
-    state.counters["library_ms"] = Median(librarySeconds) * 1e3;
-    state.counters["ours_MBps"] = static_cast<double>(bytes) / Median(oursSeconds) / 1e6;
-    state.counters["ratio"] = Median(ratios);
-}
-
-void Require(bool holds, const char* what) {
-    if (holds) return;
-    std::cerr << "bench_formats: " << what << "\n";
-    std::exit(1);
+    state.counters["ours_ms"] = bench::Median(turns.ours) * 1e3;
+    state.counters["library_ms"] = bench::Median(turns.theirs) * 1e3;
+    state.counters["ours_MBps"] = static_cast<double>(bytes) / bench::Median(turns.ours) / 1e6;
+    state.counters["times_as_fast"] = 1.0 / bench::Median(turns.ratios);
 }
 
 // A TIFF file in memory. libtiff reads it through the map, without copying.
@@ -194,7 +168,7 @@ void Lzw(benchmark::State& state, std::string (*makeContent)()) {
     prepare();
     ours();
     library();
-    Require(byUs == content && byLibrary == content, "the decoders disagree");
+    bench::Require(byUs == content && byLibrary == content, "the decoders disagree");
     Compare(state, contentBytes, prepare, ours, library);
     state.counters["stream_MiB"] = static_cast<double>(stream.size()) / (1 << 20);
     TIFFClose(tiff);
@@ -211,7 +185,7 @@ void Bzip2Archive(benchmark::State& state, std::string (*makeContent)()) {
         std::filesystem::remove("out.bin");
         platform::ForgetListings();
     };
-    const auto ours = [&] { Require(UnpackDreamArchive("bench.arc"), "the archive does not unpack"); };
+    const auto ours = [&] { bench::Require(UnpackDreamArchive("bench.arc"), "the archive does not unpack"); };
     const auto library = [&] {
         auto size = static_cast<unsigned>(byLibrary.size());
         BZ2_bzBuffToBuffDecompress(byLibrary.data(), &size, packed.data(), static_cast<unsigned>(packed.size()), 0, 0);
@@ -223,7 +197,7 @@ void Bzip2Archive(benchmark::State& state, std::string (*makeContent)()) {
     std::ifstream written("out.bin", std::ios::binary);
     std::stringstream byUs;
     byUs << written.rdbuf();
-    Require(byUs.str() == content && byLibrary == content, "the unpacked file differs");
+    bench::Require(byUs.str() == content && byLibrary == content, "the unpacked file differs");
     Compare(state, contentBytes, prepare, ours, library);
 }
 
@@ -237,7 +211,7 @@ BENCHMARK_CAPTURE(Bzip2Archive, text, TextBytes)->UseManualTime()->MinTime(4)->U
 int main(int argc, char** argv) {
     // The logs and the unpacked files belong into a folder that goes away.
     std::string folder = (std::filesystem::temp_directory_path() / "kelvane-bench-XXXXXX").string();
-    Require(mkdtemp(folder.data()) != nullptr, "no temporary folder");
+    bench::Require(mkdtemp(folder.data()) != nullptr, "no temporary folder");
     std::filesystem::current_path(folder);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();

@@ -1,14 +1,21 @@
 // Main-thread time of a full frame of the world and the chat, against the same triangles in batches made beforehand.
-// Needs a display. Run it in a folder with the client's data folder beside it.
+// Needs a display.
+//
+// Both sides take turns on one device. Their time is the main thread's own, so rasterising, which llvmpipe does on
+// threads of its own, is left out, and what the driver does for a draw on the main thread weighs on both. What both
+// draw and bind is counted where the device calls OpenGL. "own_ms" is our side again with draws that do nothing: what
+// the program itself and its calls cost.
 
-#include <algorithm>
+#include <benchmark/benchmark.h>
+#include <epoxy/gl.h>
+
 #include <cstdint>
-#include <cstdio>
 #include <cstring>
-#include <ctime>
+#include <filesystem>
 #include <string>
 #include <vector>
 
+#include "bench/Turns.h"
 #include "demo/formats/MapWriter.h"
 #include "formats/TolvMap.h"
 #include "graphics/device/DXGDevice.h"
@@ -128,83 +135,180 @@ void FillBatches(const TextureList& floors, const TextureList& walls, Batches& o
     out.Upload();
 }
 
-double ThreadSeconds() {
-    timespec now{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
+// What the device asks of OpenGL, counted in place of its calls, which are passed on when `pass` is set.
+struct Calls {
+    unsigned draws = 0;
+    unsigned vertices = 0;
+    unsigned textureBinds = 0;
+};
+Calls counted;
+bool pass = true;
+decltype(epoxy_glDrawArrays) realDrawArrays;
+decltype(epoxy_glBindTexture) realBindTexture;
+
+void DrawArrays(GLenum mode, GLint first, GLsizei count) {
+    ++counted.draws;
+    counted.vertices += static_cast<unsigned>(count);
+    if (pass) realDrawArrays(mode, first, count);
 }
 
-// The middle of 200 frames, in milliseconds.
+void BindTexture(GLenum target, GLuint texture) {
+    if (texture != 0) ++counted.textureBinds;
+    realBindTexture(target, texture);
+}
+
+// In place of OpenGL's own calls while it lives.
+class CountedCalls {
+  public:
+    explicit CountedCalls(bool passOn) {
+        counted = Calls();
+        pass = passOn;
+        realDrawArrays = epoxy_glDrawArrays;
+        realBindTexture = epoxy_glBindTexture;
+        epoxy_glDrawArrays = DrawArrays;
+        epoxy_glBindTexture = BindTexture;
+    }
+    ~CountedCalls() {
+        epoxy_glDrawArrays = realDrawArrays;
+        epoxy_glBindTexture = realBindTexture;
+    }
+    CountedCalls(const CountedCalls&) = delete;
+    CountedCalls& operator=(const CountedCalls&) = delete;
+};
+
+// Seconds of the main thread for what `draw` does inside one frame.
 template <typename Draw>
-double FrameTime(Draw draw) {
-    std::vector<double> times;
-    for (int frame = 0; frame < 200; ++frame) {
-        if (!DXG::BeginFrame(0.02F, false, true)) continue;
-        DXG::Clear(0xFF000000U, true, true, true, 0);
-        const double begin = ThreadSeconds();
-        draw();
-        times.push_back((ThreadSeconds() - begin) * 1e3);
-        DXG::EndFrame0();
-        DXG::EndFrame1();
-    }
-    if (times.empty()) return 0.0;
-    std::nth_element(times.begin(), times.begin() + static_cast<long>(times.size() / 2), times.end());
-    return times[times.size() / 2];
+double FrameSeconds(Draw draw) {
+    bench::Require(DXG::BeginFrame(0.02F, false, true), "no frame");
+    DXG::Clear(0xFF000000U, true, true, true, 0);
+    const double seconds = bench::SecondsOf(draw);
+    DXG::EndFrame0();
+    DXG::EndFrame1();
+    return seconds;
 }
 
-void Compare() {
-    const TextureList floors = MakeTextures(floorTextures);
-    const TextureList walls = MakeTextures(wallTextures);
-    FillWorld();
-    TolvRenderer::Init();
-    TolvRenderer::Update(0.02F);
-    FloorRenderer::Current()->SetTextures(floors);
-    WallRenderer::Current()->SetTextures(walls);
-    TolvRenderer::SetHoverCell(0, 0);
-    Batches batches;
-    FillBatches(floors, walls, batches);
+template <typename Draw>
+Calls CallsOf(Draw draw) {
+    const CountedCalls counting(true);
+    (void)FrameSeconds(draw);
+    return counted;
+}
 
-    G::TextWindow chat(40, 300, 700, 250, 60);
-    G::Text allLines;
-    std::string joined;
-    for (int line = 0; line < 60; ++line) {
-        const std::string text = "[ someone says something of a usual length, line " + std::to_string(line) + " ]";
-        chat.AddLine(G::ColouredText().Add(text));
-        joined += text + "\n";
+// `extra` vertices are drawn by us alone.
+template <typename Ours, typename Batched>
+void Compare(benchmark::State& state, unsigned extra, Ours ours, Batched batched) {
+    for (int warming = 0; warming < 10; ++warming) {
+        (void)FrameSeconds(ours);
+        (void)FrameSeconds(batched);
     }
-    allLines.SetText(joined);
-    allLines.SetPosition(40, 550 - 60 * 16);
+    const Calls calls = CallsOf(ours);
+    const Calls batchedCalls = CallsOf(batched);
+    bench::Require(calls.vertices == batchedCalls.vertices + extra, "the sides draw different triangles");
+    bench::Turns turns;
+    std::vector<double> own;
+    for (auto iteration : state) {
+        (void)iteration;
+        const double seconds = FrameSeconds(ours);
+        turns.Add(seconds, FrameSeconds(batched));
+        const CountedCalls none(false);
+        own.push_back(FrameSeconds(ours));
+        state.SetIterationTime(seconds);
+    }
+    state.counters["ours_ms"] = bench::Median(turns.ours) * 1e3;
+    state.counters["batches_ms"] = bench::Median(turns.theirs) * 1e3;
+    state.counters["ratio"] = bench::Median(turns.ratios);
+    state.counters["own_ms"] = bench::Median(own) * 1e3;
+    state.counters["triangles"] = calls.vertices / 3;
+    state.counters["draws"] = calls.draws;
+    state.counters["batches_draws"] = batchedCalls.draws;
+    state.counters["texture_binds"] = calls.textureBinds;
+    state.counters["batches_binds"] = batchedCalls.textureBinds;
+}
 
-    const double world = FrameTime([] { TolvRenderer::Render(); });
-    const double worldBatches = FrameTime([&] { batches.Draw(); });
-    const double whole = FrameTime([&] {
+// The two squares under the pointer.
+constexpr unsigned hoverVertices = 12;
+
+struct Scene {
+    TextureList floors = MakeTextures(floorTextures);
+    TextureList walls = MakeTextures(wallTextures);
+    Batches batches;
+    G::TextWindow chat{40, 300, 700, 250, 60};
+    G::Text allLines;
+
+    Scene() {
+        FillWorld();
+        TolvRenderer::Init();
+        TolvRenderer::Update(0.02F);
+        FloorRenderer::Current()->SetTextures(floors);
+        WallRenderer::Current()->SetTextures(walls);
+        TolvRenderer::SetHoverCell(0, 0);
+        FillBatches(floors, walls, batches);
+        std::string joined;
+        for (int line = 0; line < 60; ++line) {
+            const std::string text = "[ someone says something of a usual length, line " + std::to_string(line) + " ]";
+            chat.AddLine(G::ColouredText().Add(text));
+            joined += text + "\n";
+        }
+        allLines.SetText(joined);
+        allLines.SetPosition(40, 550 - 60 * 16);
+    }
+    ~Scene() { TolvRenderer::Shutdown(); }
+    Scene(const Scene&) = delete;
+    Scene& operator=(const Scene&) = delete;
+};
+
+void World(benchmark::State& state, Scene& scene) {
+    Compare(
+        state, hoverVertices, [] { TolvRenderer::Render(); }, [&] { scene.batches.Draw(); });
+}
+
+void WorldAndChat(benchmark::State& state, Scene& scene) {
+    const auto ours = [&] {
         TolvRenderer::Render();
-        chat.Draw();
-    });
-    const double wholeBatches = FrameTime([&] {
-        batches.Draw();
+        scene.chat.Draw();
+    };
+    const auto batched = [&] {
+        scene.batches.Draw();
         DXG::Set2D(40, 300, 700, 250);
-        allLines.Draw();
-    });
-    std::printf("world: %.3f ms, batches %.3f ms: %.2f times\n", world, worldBatches, world / worldBatches);
-    std::printf("world and chat: %.3f ms, batches %.3f ms: %.2f times\n", whole, wholeBatches, whole / wholeBatches);
-    TolvRenderer::Shutdown();
+        scene.allLines.Draw();
+    };
+    Compare(state, hoverVertices, ours, batched);
+}
+
+void RunAll(platform::Window& window) {
+    DXG::Setup setup;
+    setup.width = 800;
+    setup.height = 600;
+    bench::Require(DXG::Init(&window, &setup), "no device");
+    {
+        Scene scene;
+        const auto add = [&](const char* name, void (*run)(benchmark::State&, Scene&)) {
+            benchmark::RegisterBenchmark(name, [run, &scene](benchmark::State& state) { run(state, scene); })
+                ->UseManualTime()
+                ->Iterations(400)
+                ->Unit(benchmark::kMillisecond);
+        };
+        add("world", World);
+        add("world and chat", WorldAndChat);
+        benchmark::RunSpecifiedBenchmarks();
+    }
+    DXG::Shutdown();
 }
 
 }  // namespace
 
-int main() {
+int main(int argc, char** argv) {
+    benchmark::Initialize(&argc, argv);
+    std::string folder = (std::filesystem::temp_directory_path() / "kelvane-bench-XXXXXX").string();
+    bench::Require(mkdtemp(folder.data()) != nullptr, "no temporary folder");
+    std::filesystem::copy(KELVANE_DATA_DIR, folder + "/data", std::filesystem::copy_options::recursive);
+    std::filesystem::current_path(folder);
     platform::UseOpenGl();
     platform::WindowFailure failure = platform::WindowFailure::None;
     const auto window = platform::CreateMainWindow({"KelvaneBench", "", 800, 600}, failure);
-    DXG::Setup setup;
-    setup.width = 800;
-    setup.height = 600;
-    if (!window || !DXG::Init(window.get(), &setup)) {
-        std::fputs("no window or no device\n", stderr);
-        return 1;
-    }
-    Compare();
-    DXG::Shutdown();
+    bench::Require(window != nullptr, "no window");
+    RunAll(*window);
+    std::filesystem::current_path(std::filesystem::temp_directory_path());
+    std::filesystem::remove_all(folder);
     return 0;
 }
