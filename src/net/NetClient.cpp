@@ -118,7 +118,7 @@ Client::Client() {
     if (!OpenFreshSocket()) return;
     worker = new2<CThread>({"CThread", "CThread(ThreadProcedure,\"NetClient\",this)", "NetClient", __LINE__},
                            &Client::ThreadProcedure, "NetClient", this);
-    initialised = true;
+    initialised = worker && worker->IsRunning();
 }
 
 Client::~Client() {

@@ -64,6 +64,11 @@ FileGetter::FileGetter(const std::string& transferId, const std::string& folder)
     if (UseLocalCopy()) return;
     thread = new2<CThread>({"CThread", "CThread(ThreadProcedure,\"TolvFileGetter\",this)", "TolvFileGetter", __LINE__},
                            &FileGetter::ThreadProcedure, "TolvFileGetter", this);
+    const bool started = thread && thread->IsRunning();
+    if (started || done) return;
+    // Nothing else would ever end this transfer.
+    state = State::Failed;
+    done = true;
 }
 
 FileGetter::~FileGetter() {

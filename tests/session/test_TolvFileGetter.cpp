@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <memory>
 
+#include "platform/Thread.h"
 #include "session/PlayerData.h"
 #include "session/SessionFixture.h"
 #include "support/LoopbackPeer.h"
@@ -177,6 +178,22 @@ TEST_F(FileGetterTest, WithoutAConnectionOnlyALocalCopyHelps) {
               "Failed to load tolv's file-server ip and port from \\data\\tolvfile_ip.txt file.\n"
               "Unable to resolve host \"Failed to load\" port 0\nFailed to connect to tolv file server.\n");
     EXPECT_EQ(folder.Read(path), "old");
+}
+
+TEST_F(FileGetterTest, WithoutAThreadATransferFailsAtOnce) {
+    // First the connection's receiver does not start, then the getter's own thread.
+    static int startsLeft = 0;
+    for (const int refused : {0, 1}) {
+        startsLeft = refused;
+        platform::SetThreadStarter([](std::thread& out, void (*entry)(void*), void* argument) {
+            if (startsLeft-- == 0) return false;
+            out = std::thread(entry, argument);
+            return true;
+        });
+        const TOLV::FileGetter getter("dd", "kvn2_tmp\\dd");
+        platform::SetThreadStarter(nullptr);
+        EXPECT_TRUE(getter.IsDone() && !getter.IsComplete()) << refused;
+    }
 }
 
 TEST_F(FileGetterTest, AFullDiskIsNoCompleteDownload) {
