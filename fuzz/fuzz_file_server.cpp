@@ -18,7 +18,7 @@ struct FileGetterFeeder {
         getter.state = FileGetter::State::AwaitWelcome;
         getter.done = false;
         getter.nextBlock = 0;
-        getter.inbox = bytes;
+        getter.inbox.assign(bytes.begin(), bytes.end());
         std::size_t before = 0;
         do {
             before = getter.inbox.size();

@@ -158,7 +158,7 @@ bool FileGetter::CollectBytes() {
         // The inbox never needs more than one block; the rest waits in the client.
         if (inbox.size() >= static_cast<std::size_t>(caps::downloadBlockBytes)) return true;
         std::vector<char> bytes;
-        if (client.ReceiveData(bytes)) inbox.append(bytes.data(), bytes.size());
+        if (client.ReceiveData(bytes)) inbox.insert(inbox.end(), bytes.begin(), bytes.end());
         return true;
     }
     if (!client.IsConnected()) {
@@ -176,23 +176,28 @@ void FileGetter::Act() {
     } else if (state == State::AwaitReply) {
         if (TakeLine(line)) HandleReply(line);
     } else if (state == State::Receiving && inbox.size() >= static_cast<std::size_t>(blockSize)) {
-        const std::string block = inbox.substr(0, static_cast<std::size_t>(blockSize));
-        inbox.erase(0, block.size());
-        HandleBlock(block);
+        HandleBlock(TakeBytes(blockSize));
     }
+}
+
+// `count` bytes, which have to be there.
+std::string FileGetter::TakeBytes(std::ptrdiff_t count) {
+    std::string bytes(inbox.begin(), inbox.begin() + count);
+    inbox.erase(inbox.begin(), inbox.begin() + count);
+    return bytes;
 }
 
 // With its line feed. A line that does not end within the cap counts as ended there, which no state accepts.
 bool FileGetter::TakeLine(std::string& line) {
-    const std::size_t end = inbox.find('\n');
-    if (end == std::string::npos && inbox.size() <= caps::serverLineBytes) return false;
-    if (end == std::string::npos || end > caps::serverLineBytes) {
-        line.clear();
-        inbox.clear();
+    const auto limit = inbox.begin() + static_cast<std::ptrdiff_t>(std::min(inbox.size(), caps::serverLineBytes + 1));
+    const auto end = std::find(inbox.begin(), limit, '\n');
+    if (end != limit) {
+        line = TakeBytes(end - inbox.begin() + 1);
         return true;
     }
-    line = inbox.substr(0, end + 1);
-    inbox.erase(0, end + 1);
+    if (inbox.size() <= caps::serverLineBytes) return false;
+    line.clear();
+    inbox.clear();
     return true;
 }
 

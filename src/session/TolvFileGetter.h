@@ -10,7 +10,9 @@
 // block's payload is file data only up to the total size.
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <string>
 #include <string_view>
 
@@ -52,6 +54,7 @@ class FileGetter {
     bool CollectBytes();
     void Act();
     bool TakeLine(std::string& line);
+    std::string TakeBytes(std::ptrdiff_t count);
     void HandleWelcome(const std::string& line);
     void HandleReply(const std::string& line);
     bool BeginFile(int size, int bytesPerBlock);
@@ -64,7 +67,7 @@ class FileGetter {
     NET::Client client;
     std::atomic<bool> done{false};  // written last
     std::atomic<State> state{State::AwaitWelcome};
-    std::string inbox;  // received, not yet consumed
+    std::deque<char> inbox;  // received, not yet consumed
     std::string id;
     std::uint32_t nextBlock = 0;
     int blockSize = 0;  // bytes on the wire
