@@ -2,7 +2,6 @@
 
 #include "diag/CMemMan.h"
 #include "diag/LogFile.h"
-#include "diag/PathFiles.h"
 #include "formats/Palette.h"
 #include "graphics/device/DXGDevice.h"
 #include "graphics/device/DXGState.h"
@@ -10,8 +9,8 @@
 #include "graphics/text/GBTextWindow.h"
 #include "input/KeyboardStateManager.h"
 #include "input/ShellInput.h"
-#include "platform/FileSystem.h"
 #include "session/DreamLoading.h"
+#include "session/ServerAddress.h"
 #include "session/TolvDataManager.h"
 #include "session/TolvFileGetter.h"
 #include "session/TolvSession.h"
@@ -111,13 +110,9 @@ CMain::CMain() {
 }
 
 void CMain::ConnectToServer() {
-    std::string address = "Failed to load";
+    std::string address;
     int port = 0;
-    std::string content;
-    if (platform::ReadFileText("data\\tolv_ip.txt", content)) {
-        const std::size_t lineEnd = content.find('\n');
-        address = content.substr(0, lineEnd);
-        if (lineEnd != std::string::npos) port = DecimalOf(content.substr(lineEnd + 1));
+    if (ReadServerAddress("data\\tolv_ip.txt", address, port)) {
         textWindow->AddLine(ColouredChat("Connecting to tolvarin server at " + address + " on port " +
                                          std::to_string(port) + " ...\n"));
     } else {

@@ -181,9 +181,10 @@ void MainGame::RunFrame(double elapsed) {
 void MainGame::ShutDown() {
     using platform::PriorityClass;
     platform::SetPriorityClass(KnowsAllPriorities() ? PriorityClass::AboveNormal : PriorityClass::Normal);
+    // While the scenes end their transfers, those threads may still ask whether the window is closing.
+    SceneManager::Default().Shutdown();
     NET::SetConnectCancel(nullptr);
     watchedWindow = nullptr;
-    SceneManager::Default().Shutdown();
     KeyboardStateManager::Default().Stop();
     DXG::Shutdown();
     window->ShowCursor(true);

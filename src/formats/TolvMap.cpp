@@ -81,7 +81,7 @@ bool TolvMap::LoadMapBytes(std::string_view bytes, const std::string& path) {
     if (version != knownVersion) {
         errorLog.Write("Warning: Unrecognized map version found in map file: " + path + "\n");
         errorLog.Write("  -load may potentially be invalid.\n");
-        errorLog.WriteReport({"  -version=", version, "\n"});
+        errorLog.WriteReport({"  -version=", version.substr(0, caps::mapHeaderLineBytes), "\n"});
     }
     const Header header = ReadHeader(rest);
     if (header.enciphered) {
