@@ -5,6 +5,7 @@
 #include "diag/LogFile.h"
 #include "diag/PathFiles.h"
 #include "formats/ByteCursor.h"
+#include "formats/CappedMessages.h"
 #include "formats/Caps.h"
 #include "platform/FileSystem.h"
 
@@ -116,12 +117,14 @@ bool LoadTs2Bytes(SpriteArchive& archive, std::string_view bytes, const std::str
         WriteEndOfFile(0, count, path);
         return true;
     }
+    CappedMessages damages(caps::repeatedMessages);
     for (std::size_t i = 0; i < count; ++i) {
         const unsigned width = cursor.U8();
         const unsigned height = cursor.U8();
         cursor.Skip(2);
         const unsigned number = cursor.U16();
         if (cursor.Failed()) {
+            damages.Flush();
             WriteEndOfFile(i, count, path);
             return true;
         }
@@ -129,11 +132,11 @@ bool LoadTs2Bytes(SpriteArchive& archive, std::string_view bytes, const std::str
         auto image = std::make_unique<SpriteImage>();
         const unsigned rowsRead = ReadRows(cursor, *image, width, height);
         for (unsigned row = rowsRead; row < height; ++row)
-            errorLog.Write("Warning: EOF hit mid-pixel-data while reading " + path + ".  Will discard this image...\n");
+            damages.Add("Warning: EOF hit mid-pixel-data while reading " + path + ".  Will discard this image...\n");
         if (rowsRead < height) continue;
         if (slot < 0 || slot >= slotCount) {
-            errorLog.Write("Erp... " + path +
-                           "... trying to load into an image index that's not a sane value... ignoring it.\n");
+            damages.Add("Erp... " + path +
+                        "... trying to load into an image index that's not a sane value... ignoring it.\n");
             continue;
         }
         const auto index = static_cast<std::size_t>(slot);
