@@ -80,13 +80,13 @@ double RoundBox(double x, double y, double cx, double cy, double halfWidth, doub
 // A brass pointer to the right. Pure black is the transparent colour, so every edge is hard and the outline is brown.
 std::vector<std::uint32_t> Pointer() {
     std::vector<std::uint32_t> argb = Render(32, 32, [](double x, double y) {
-        const double off = std::abs(y - 16.0);
-        const bool head = x > 14.0 && x < 30.0 && off < (30.0 - x) * 0.85;
-        const bool shaft = x >= 3.0 && x <= 14.5 && off < 4.2 + 1.2 * std::sin(x * 0.9);
+        const double off = std::abs(y - 20.0);  // level with the line of text beside it
+        const bool head = x > 14.0 && x < 30.0 && off < (30.0 - x) * 0.7;
+        const bool shaft = x >= 3.0 && x <= 14.5 && off < 3.6 + 1.2 * std::sin(x * 0.9);
         if (!head && !shaft) return Tone{{}, 0.0};
-        const double rim = head ? std::min((30.0 - x) * 0.85 - off, x - 14.0) : std::min({4.2 - off, x - 3.0});
+        const double rim = head ? std::min((30.0 - x) * 0.7 - off, x - 14.0) : std::min({3.6 - off, x - 3.0});
         if (rim < 1.1 && !(shaft && x > 13.0)) return Tone{Hex(0x4A2E0E), 1.0};
-        return Tone{Mix(Hex(0xF8DE8A), Hex(0xA8701E), (y - 6.0) / 20.0), 1.0};
+        return Tone{Mix(Hex(0xF8DE8A), Hex(0xA8701E), (y - 9.0) / 22.0), 1.0};
     });
     for (std::uint32_t& pixel : argb)
         if (pixel >> 24 < 128) pixel = 0;
