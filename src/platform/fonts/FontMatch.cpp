@@ -11,16 +11,6 @@ constexpr const char* lastResort = "Liberation Sans";
 
 using Pattern = std::unique_ptr<FcPattern, decltype(&FcPatternDestroy)>;
 
-struct Configuration {
-    FcConfig* config = FcInitLoadConfigAndFonts();
-    Configuration() = default;
-    ~Configuration() {
-        if (config) FcConfigDestroy(config);
-    }
-    Configuration(const Configuration&) = delete;
-    Configuration& operator=(const Configuration&) = delete;
-};
-
 // The pattern of a name, enlarged by the system's substitutions.
 Pattern SubstitutedPattern(FcConfig* config, const std::string& faceName) {
     Pattern pattern(FcPatternCreate(), &FcPatternDestroy);
@@ -66,8 +56,8 @@ bool MatchName(FcConfig* config, const std::string& faceName, bool anyFamily, Fo
 }  // namespace
 
 bool MatchFont(const std::string& faceName, FontFile& out) {
-    static const Configuration configuration;
-    FcConfig* config = configuration.config;
+    // Never destroyed: the message boxes of the last static destructors still write.
+    static FcConfig* const config = FcInitLoadConfigAndFonts();
     if (!config) return false;
     return (!faceName.empty() && MatchName(config, faceName, false, out)) || MatchName(config, lastResort, true, out);
 }

@@ -59,8 +59,9 @@ struct Face {
 };
 
 std::shared_ptr<Face> LoadFace(const FontFile& file) {
-    static const auto library = std::make_shared<Library>();
-    static std::map<std::pair<std::string, int>, std::weak_ptr<Face>> loaded;
+    // Never destroyed: the message boxes of the last static destructors still write.
+    static const auto& library = *new std::shared_ptr<Library>(std::make_shared<Library>());
+    static auto& loaded = *new std::map<std::pair<std::string, int>, std::weak_ptr<Face>>;
     std::weak_ptr<Face>& known = loaded[{file.path, file.index}];
     std::shared_ptr<Face> face = known.lock();
     if (!face) {
