@@ -213,6 +213,9 @@ class Box {
 
 BoxAnswer ShowSdlBox(const std::string& text, const std::string& caption, BoxKind kind, bool ownedByMainWindow) {
     SDL_SetMainReady();
+    // SDL would put window surfaces on a graphics card: the box must not need one, nor wake its driver at the process's
+    // end.
+    SDL_SetHint(SDL_HINT_FRAMEBUFFER_ACCELERATION, "0");
     if (SDL_InitSubSystem(SDL_INIT_VIDEO) != 0) return kind == BoxKind::YesNo ? BoxAnswer::No : BoxAnswer::Ok;
     const BoxAnswer answer = Box(text, kind).Ask(caption, ownedByMainWindow ? mainWindow : nullptr);
     SDL_QuitSubSystem(SDL_INIT_VIDEO);
