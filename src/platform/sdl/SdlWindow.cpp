@@ -234,8 +234,13 @@ std::unique_ptr<Window> CreateMainWindow(const WindowRequest& request, WindowFai
     SDL_GL_SetAttribute(SDL_GL_DEPTH_SIZE, 24);
     SDL_GL_SetAttribute(SDL_GL_STENCIL_SIZE, 8);
     SDL_GL_SetAttribute(SDL_GL_DOUBLEBUFFER, 1);
-    SDL_Window* window = SDL_CreateWindow(request.title.c_str(), SDL_WINDOWPOS_UNDEFINED, SDL_WINDOWPOS_UNDEFINED,
-                                          request.width, request.height, SDL_WINDOW_OPENGL | SDL_WINDOW_HIDDEN);
+    const auto create = [&request](Uint32 flags) {
+        return SDL_CreateWindow(request.title.c_str(), SDL_WINDOWPOS_UNDEFINED, SDL_WINDOWPOS_UNDEFINED, request.width,
+                                request.height, flags);
+    };
+    SDL_Window* window = create(SDL_WINDOW_OPENGL | SDL_WINDOW_HIDDEN);
+    // On a display without OpenGL a plain window serves until the hardware check has told the user.
+    if (!window) window = create(SDL_WINDOW_HIDDEN);
     if (!window) {
         SDL_QuitSubSystem(SDL_INIT_VIDEO);
         return nullptr;
