@@ -1,6 +1,6 @@
 #pragma once
-// Vectors and matrices of 32-bit floats. Matrices are stored row by row and act on column vectors: p' = M p, translation in the
-// fourth column, A B applies B first.
+// Vectors and matrices of 32-bit floats. Matrices are stored row by row and act on column vectors: p' = M p,
+// translation in the fourth column, A B applies B first.
 
 #include <array>
 #include <cstddef>
@@ -58,10 +58,11 @@ Vec4 PlaneFromPointNormal(const Vec3& point, const Vec3& normal);
 // Where the line meets the plane through the world's origin; false, `hit` untouched, when it runs along it.
 bool IntersectRayPlane(const Vec3& origin, const Vec3& direction, const Vec3& normal, Vec3& hit);
 
-// In the device's own layout (row vectors): xScale f, f, far / (far - near), with m[2][3] = 1, m[3][2] = near far / (near - far).
+// In the device's own layout (row vectors): xScale f, f, far / (far - near), with m[2][3] = 1, m[3][2] = near far /
+// (near - far).
 Mat4 Perspective(float fieldOfViewY, float xScaleFactor, float nearDepth, float farDepth);
-// View matrix with the rows side = up x forward, up' = forward x side, forward: looking along +y with z up, the right of the
-// screen is -x. Empty with a message for a camera in one point or without orientation.
+// View matrix with the rows side = up x forward, up' = forward x side, forward: looking along +y with z up, the right
+// of the screen is -x. Empty with a message for a camera in one point or without orientation.
 std::optional<Mat4> LookAt(const Vec3& eye, const Vec3& target, const Vec3& up, bool flipUp, bool flipSide);
 
 struct ScreenRectangle {
@@ -70,12 +71,13 @@ struct ScreenRectangle {
     float width = 0.0F;
     float height = 0.0F;
 };
-// Both take the projection exactly as Perspective built it and multiply it in column form, so that their w is m[3][2] times the
-// depth along the view instead of the depth itself. Against the drawn picture, positions are scaled about the viewport's centre by
-// 1 / -m[3][2] = (far - near) / (near far), which is 0.99 for near 1 and far 100.
+// Both take the projection exactly as Perspective built it and multiply it in column form, so that their w is m[3][2]
+// times the depth along the view instead of the depth itself. Against the drawn picture, positions are scaled about the
+// viewport's centre by 1 / -m[3][2] = (far - near) / (near far), which is 0.99 for near 1 and far 100.
 
 // The world point under a screen point at a depth from 0 to 1. Empty when the product has no inverse.
 std::optional<Vec3> Unproject(const Mat4& view, const Mat4& projection, const ScreenRectangle& viewport, float screenX,
                               float screenY, float depth);
 // False for points on the camera's plane.
-bool Project(const Mat4& view, const Mat4& projection, const ScreenRectangle& viewport, const Vec3& point, Vec3& screen);
+bool Project(const Mat4& view, const Mat4& projection, const ScreenRectangle& viewport, const Vec3& point,
+             Vec3& screen);

@@ -1,6 +1,6 @@
 #pragma once
-// The keyboard as a table of 256 key states by scan code: 28 Enter, 200 Up, 208 Down, 203 Left, 205 Right, 29 and 157 the
-// Ctrl keys, 71 to 83 the keypad, 59 to 68 F1 to F10, 87 F11.
+// The keyboard as a table of 256 key states by scan code: 28 Enter, 200 Up, 208 Down, 203 Left, 205 Right, 29 and 157
+// the Ctrl keys, 71 to 83 the keypad, 59 to 68 F1 to F10, 87 F11.
 
 #include <cstdint>
 #include <memory>

@@ -8,13 +8,13 @@
 namespace platform {
 
 enum class MessageKind {
-    Quit,        // posted by PostQuit; code
-    Destroy,     // the window is gone
+    Quit,     // posted by PostQuit; code
+    Destroy,  // the window is gone
     Paint,
-    Activate,    // active
-    Character,   // character: one byte of the Windows western code page
-    KeyDown,     // scanCode, extended
-    MouseMove,   // x, y
+    Activate,   // active
+    Character,  // character: one byte of the Windows western code page
+    KeyDown,    // scanCode, extended
+    MouseMove,  // x, y
     LeftDown,
     LeftUp,
     RightDown,
