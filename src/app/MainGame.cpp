@@ -6,6 +6,7 @@
 #include "diag/CMemMan.h"
 #include "diag/LogFile.h"
 #include "diag/SystemReport.h"
+#include "graphics/model/GBMesh.h"
 #include "input/KeyboardStateManager.h"
 #include "input/ShellInput.h"
 #include "net/NetClient.h"
@@ -96,8 +97,10 @@ void MainGame::StartUp() {
     RunState& run = RunState::Default();
     if (run.IsRunning() && !KeyboardStateManager::Default().Start(platform::CreateKeyTableSystem(), *window, false))
         run.Stop();
-    if (run.IsRunning())
+    if (run.IsRunning()) {
+        G::CreateBoneAllocator();
         SceneManager::Default().AddScene(new2<CChooseINI>({"FIRST_SCENE", "FIRST_SCENE", "MainGame", 139}));
+    }
     previousCounter = platform::CounterValue();
     counterFrequency = platform::CounterFrequency();
 }
@@ -185,6 +188,8 @@ void MainGame::ShutDown() {
     SceneManager::Default().Shutdown();
     NET::SetConnectCancel(nullptr);
     watchedWindow = nullptr;
+    G::EmptyModelRegistry();
+    G::DestroyModelBones();
     KeyboardStateManager::Default().Stop();
     DXG::Shutdown();
     window->ShowCursor(true);

@@ -40,5 +40,22 @@ constexpr std::uint64_t spriteArchiveBytes = 128ULL << 20;
 // Rows of all images of one sprite archive together, because rows of no or few pixels take more memory than file: four
 // times the 1024 x 255 of a full archive.
 constexpr std::size_t spriteRows = 4ULL * 1024 * 255;
+// Bytes of a model's text and of its binary cache, which takes up to three times as much.
+constexpr std::uint64_t modelTextBytes = 64ULL << 20;
+constexpr std::uint64_t modelCacheBytes = 192ULL << 20;
+// Bones of one model. A person has some sixty; walks over the tree go as deep on the stack as it is.
+constexpr std::size_t modelBones = 2048;
+// Meshes, chunks and textures of one model; the objects of the game have a handful of each.
+constexpr std::size_t modelMeshes = 2048;
+constexpr std::size_t modelChunks = 65536;
+constexpr std::size_t modelTextures = 4096;
+// Bytes of one word of a model text, which messages repeat; names are at most 255.
+constexpr std::size_t modelTokenBytes = 1024;
+// Bytes of the construct names that are collected after an error.
+constexpr std::size_t modelErrorStackBytes = 64ULL << 10;
+// Object numbers of a map are 16-bit, so no more items can ever be shown.
+constexpr int itemNumbers = 65535;
+// Bytes of the item table, a line of less than 100 for each item.
+constexpr std::uint64_t itemTableBytes = 16ULL << 20;
 
 }  // namespace caps

@@ -3,6 +3,7 @@
 #include "diag/CMemMan.h"
 #include "graphics/device/DXGImmediate.h"
 #include "graphics/device/DXGState.h"
+#include "graphics/model/GBMesh.h"
 #include "input/KeyboardStateManager.h"
 #include "session/TolvDataManager.h"
 #include "session/WorldPort.h"
@@ -108,6 +109,7 @@ void TolvRenderer::Update(float seconds) {
     TolvDataManager::Default().GetViewPosition(world.view.gx, world.view.gy);
     if (!world.items || !KeyboardStateManager::Default().WasKeyPressed(reloadItemsKey)) return;
     Destroy(world.items);
+    G::EmptyModelRegistry();  // the model files are read again
     world.items = NewItems();
 }
 

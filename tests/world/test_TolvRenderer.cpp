@@ -146,6 +146,10 @@ TEST_F(World, MarkersStandUnderTheirLabels) {
 TEST_F(World, ReloadsItemsAndEndsTwice) {
     Press({68});
     TolvRenderer::Update(0.01F);
+    EXPECT_EQ(support::ErrorLogText(),
+              "Failed to compile shader: data\\shaders\\simple.hlsl_v\n"
+              "Failed to load item table, no items are drawn: data\\items\\items.txt\n");
+    support::ClearErrorLog();
     TolvRenderer::Init();  // again changes nothing
     TolvRenderer::Shutdown();
     TolvRenderer::Shutdown();

@@ -1,4 +1,5 @@
-// Draws the client's own pictures: kelvane-make-data FOLDER, where FOLDER is data/ of the source tree.
+// Draws the client's own pictures and the placeholder model: kelvane-make-data FOLDER, where FOLDER is data/ of the
+// source tree.
 //
 // All sides are powers of two, because the client makes textures of them.
 #include <algorithm>
@@ -15,6 +16,7 @@
 #include "demo/art/Canvas.h"
 #include "demo/art/PngFile.h"
 #include "demo/formats/ByteWriter.h"
+#include "demo/formats/ModelWriter.h"
 
 namespace {
 
@@ -143,6 +145,56 @@ Tone Pillar(double x, double y) {
             std::clamp(alpha, 0.0, 0.9)};
 }
 
+// How far (x, y) is from a stretch of a line.
+double FromLine(double x, double y, double fromX, double fromY, double toX, double toY) {
+    const double alongX = toX - fromX;
+    const double alongY = toY - fromY;
+    const double along = ((x - fromX) * alongX + (y - fromY) * alongY) / (alongX * alongX + alongY * alongY);
+    const double nearest = std::clamp(along, 0.0, 1.0);
+    return std::hypot(x - fromX - nearest * alongX, y - fromY - nearest * alongY);
+}
+
+// Strokes of a question mark around the middle of 128 x 128; negative inside.
+double QuestionMark(double x, double y) {
+    const double dx = x - 64.0;
+    const double dy = y - 48.0;
+    const bool leftOut = dx < 0.0 && dy > 0.0;  // the bow is open at the lower left
+    const double bow = leftOut ? 1e9 : std::abs(std::hypot(dx, dy) - 18.0);
+    const double stem = FromLine(x, y, 64.0, 66.0, 64.0, 78.0);
+    return std::min({bow - 5.0, stem - 5.0, std::hypot(dx, y - 96.0) - 6.5});
+}
+
+// One side of a crate: planks in a frame with nails, and a question mark burnt in.
+Tone Crate(double x, double y) {
+    const double u = x / 128.0;
+    const double v = y / 128.0;
+    const double rim = std::min({x, y, 128.0 - x, 128.0 - y});
+    const bool framed = rim < 14.0;
+    const bool upright = std::min(x, 128.0 - x) < std::min(y, 128.0 - y);
+    const double across = framed && upright ? x : y;
+    const int plank = static_cast<int>(std::floor(y / 20.0));
+    const double grain = upright && framed ? demo::Clouds(u * 3.0, v * 0.4, 12, 3, 87)
+                                           : demo::Clouds(u * 0.4, v * 3.0 + 0.17 * plank, 12, 3, 83);
+    Shade wood = Mix(Hex(0x9A6A34), Hex(0xD8A866), grain);
+    if (!framed) wood = wood * (0.80 + 0.07 * (plank % 2) - 0.35 * Smooth(1.6, 0.2, std::fmod(across, 20.0)));
+    if (framed) wood = wood * (1.02 - 0.4 * Smooth(2.5, 0.0, rim) - 0.25 * Smooth(12.8, 14.0, rim));
+    if (!framed) wood = wood * (1.0 - 0.45 * Smooth(19.0, 14.0, rim));  // the frame's shadow
+    const double nail = std::hypot(std::min(x, 128.0 - x) - 7.0, std::min(y, 128.0 - y) - 7.0);
+    wood = Mix(wood, Hex(0x4A4038), Smooth(2.8, 1.8, nail));
+    return {Mix(wood, Hex(0x3A2412), 0.85 * Smooth(0.9, -0.9, QuestionMark(x, y))), 1.0};
+}
+
+// What stands for objects without a model: a crate.
+std::string Placeholder() {
+    demo::ModelChunk chunk;
+    chunk.textures.push_back({0, "placeholder.png"});
+    chunk.AddBox({-0.34F, -0.34F, 0.0F}, {0.34F, 0.34F, 0.68F});
+    demo::ModelDrawing model;
+    model.meshes.push_back({"crate", {chunk}});
+    model.bones.push_back({"root", "crate"});
+    return demo::WriteModel(model);
+}
+
 bool WriteBytes(const std::filesystem::path& path, const std::string& bytes) {
     std::error_code ignored;
     std::filesystem::create_directories(path.parent_path(), ignored);
@@ -154,6 +206,8 @@ bool WriteBytes(const std::filesystem::path& path, const std::string& bytes) {
 bool WritePictures(const std::filesystem::path& folder) {
     return WriteBytes(folder / "pickINI.bmp", Bmp(32, 32, Pointer())) &&
            WriteBytes(folder / "walls/stone1.bmp", Bmp(128, 128, Render(128, 128, Stone))) &&
+           WriteBytes(folder / "items/placeholder.mbm", Placeholder()) &&
+           demo::WritePngFile((folder / "items/placeholder.png").string(), 128, 128, Render(128, 128, Crate)) &&
            demo::WritePngFile((folder / "ui/sbar0.png").string(), 32, 256, Render(32, 256, Track)) &&
            demo::WritePngFile((folder / "ui/sbar1.png").string(), 32, 32, Render(32, 32, Thumb)) &&
            demo::WritePngFile((folder / "misc/dream0.png").string(), 128, 128, Render(128, 128, Pillar));
@@ -168,7 +222,7 @@ int main(int count, char** words) {
     }
     const std::filesystem::path folder = words[1];
     std::error_code ignored;
-    for (const char* part : {"ui", "misc", "walls"})
+    for (const char* part : {"ui", "misc", "walls", "items"})
         std::filesystem::create_directories(folder / part, ignored);
     if (WritePictures(folder)) return 0;
     std::cerr << "kelvane-make-data: a picture cannot be written\n";
