@@ -185,6 +185,7 @@ TEST(ShaderCompiler, SurvivesHostileText) {
         "#define f(x) x x x x x x x x\n" + Fragment("f(f(f(f(f(f(f(f(f(f(f(f(r;))))))))))))"),
         "#include \"other.hlsl\"\n" + Fragment(""),
         "#if 1\n#if 1\n/* \"",
+        "#if " + Repeated("(", 200000) + "1\n#endif\n" + Fragment(""),
         Fragment("r = s;"),
         "struct a { a b; }; " + Fragment("a q;"),
         "float4 main(float4 c : COLOR) : COLOR { return main(c); }",

@@ -10,6 +10,7 @@
 #include <thread>
 
 #include "platform/Isolated.h"
+#include "platform/shaders/HlslSource.h"
 
 namespace platform {
 
@@ -50,6 +51,20 @@ void Describe(glslang::TShader& shader, EShLanguage language, const std::string&
     shader.setAutoMapLocations(true);
 }
 
+// Replaces macros and drops what conditions leave out; lines keep their numbers.
+bool Preprocess(const std::string& source, const std::string& fileName, std::string& out, std::string& messages) {
+    glslang::TShader shader(EShLangFragment);
+    const char* text = source.c_str();
+    const int length = static_cast<int>(source.size());
+    const char* name = fileName.c_str();
+    shader.setStringsWithLengthsAndNames(&text, &length, &name, 1);
+    Describe(shader, EShLangFragment, "main");
+    glslang::TShader::ForbidIncluder noFiles;
+    const bool fine = shader.preprocess(GetDefaultResources(), 100, ENoProfile, false, false, rules, &out, noFiles);
+    if (!fine) messages = TidyMessages(shader.getInfoLog(), fileName);
+    return fine;
+}
+
 bool Compile(const std::string& source, const std::string& fileName, const std::string& entry, ShaderStage stage,
              std::vector<std::uint32_t>& spirv, std::string& messages) {
     const EShLanguage language = stage == ShaderStage::Vertex ? EShLangVertex : EShLangFragment;
@@ -83,54 +98,55 @@ bool Compile(const std::string& source, const std::string& fileName, const std::
     return !spirv.empty();
 }
 
-// What comes back from the copy of the process: whether it compiled, the messages with their length before them, the
-// words.
-std::string Pack(bool fine, const std::string& messages, const std::vector<std::uint32_t>& spirv) {
-    const std::uint32_t length = static_cast<std::uint32_t>(messages.size());
+// What comes back from the copy of the process: whether it compiled, then two texts with their lengths before them,
+// then the words.
+std::string Pack(bool fine, const SpirvResult& result) {
     std::string packed(fine ? "1" : "0");
-    packed.append(reinterpret_cast<const char*>(&length), sizeof length);
-    packed += messages;
-    return packed.append(reinterpret_cast<const char*>(spirv.data()), spirv.size() * sizeof(std::uint32_t));
+    for (const std::string* text : {&result.messages, &result.preprocessed}) {
+        const std::uint32_t length = static_cast<std::uint32_t>(text->size());
+        packed.append(reinterpret_cast<const char*>(&length), sizeof length);
+        packed += *text;
+    }
+    return packed.append(reinterpret_cast<const char*>(result.spirv.data()),
+                         result.spirv.size() * sizeof(std::uint32_t));
 }
 
-bool Unpack(const std::string& packed, std::string& messages, std::vector<std::uint32_t>& spirv) {
-    std::uint32_t length = 0;
-    constexpr std::size_t head = 1 + sizeof length;
-    std::memcpy(&length, packed.data() + 1, sizeof length);
-    messages = packed.substr(head, length);
-    spirv.resize((packed.size() - head - length) / sizeof(std::uint32_t));
-    if (!spirv.empty()) std::memcpy(spirv.data(), packed.data() + head + length, spirv.size() * sizeof(std::uint32_t));
+bool Unpack(const std::string& packed, SpirvResult& result) {
+    std::size_t at = 1;
+    for (std::string* text : {&result.messages, &result.preprocessed}) {
+        std::uint32_t length = 0;
+        std::memcpy(&length, packed.data() + at, sizeof length);
+        *text = packed.substr(at + sizeof length, length);
+        at += sizeof length + length;
+    }
+    result.spirv.resize((packed.size() - at) / sizeof(std::uint32_t));
+    if (!result.spirv.empty())
+        std::memcpy(result.spirv.data(), packed.data() + at, result.spirv.size() * sizeof(std::uint32_t));
     return packed[0] == '1';
 }
 
 }  // namespace
 
-bool PreprocessHlsl(const std::string& source, const std::string& fileName, std::string& out, std::string& messages) {
-    const std::scoped_lock lock(CompilerLock());
-    glslang::TShader shader(EShLangFragment);
-    const char* text = source.c_str();
-    const int length = static_cast<int>(source.size());
-    const char* name = fileName.c_str();
-    shader.setStringsWithLengthsAndNames(&text, &length, &name, 1);
-    Describe(shader, EShLangFragment, "main");
-    glslang::TShader::ForbidIncluder noFiles;
-    const bool fine = shader.preprocess(GetDefaultResources(), 100, ENoProfile, false, false, rules, &out, noFiles);
-    if (!fine) messages = TidyMessages(shader.getInfoLog(), fileName);
-    return fine;
-}
-
 bool HlslToSpirv(const std::string& source, const std::string& fileName, const std::string& entry, ShaderStage stage,
-                 std::vector<std::uint32_t>& spirv, std::string& messages) {
+                 SpirvResult& result) {
     const std::scoped_lock lock(CompilerLock());
     const auto compile = [&] {
-        const bool fine = Compile(source, fileName, entry, stage, spirv, messages);
-        return Pack(fine, messages, spirv);
+        SpirvResult made;
+        HlslSource read;
+        std::string refusal;
+        bool fine = Preprocess(source, fileName, made.preprocessed, made.messages);
+        if (fine && !ReadHlslSource(made.preprocessed, entry, read, refusal)) {
+            made.messages = fileName + ": error: " + refusal + "\n";
+            fine = false;
+        }
+        return Pack(fine && Compile(source, fileName, entry, stage, made.spirv, made.messages), made);
     };
-    // glslang's reader of HLSL reads through null pointers on some broken sources.
+    // glslang follows null pointers on some broken sources, and its preprocessor descends once for each bracket of a
+    // condition.
     constexpr unsigned limitSeconds = 20;
     std::string packed;
-    if (RunIsolated(compile, limitSeconds, packed)) return Unpack(packed, messages, spirv);
-    messages = fileName + ": error: the compiler broke down on this program\n";
+    if (RunIsolated(compile, limitSeconds, packed)) return Unpack(packed, result);
+    result.messages = fileName + ": error: the compiler broke down on this program\n";
     return false;
 }
 

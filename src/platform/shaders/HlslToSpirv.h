@@ -9,13 +9,16 @@
 
 namespace platform {
 
-// Replaces macros and drops what conditions leave out; lines keep their numbers. False with the reasons in `messages`.
-[[nodiscard]] bool PreprocessHlsl(const std::string& source, const std::string& fileName, std::string& out,
-                                  std::string& messages);
+struct SpirvResult {
+    std::string preprocessed;  // macros replaced and what conditions leave out dropped; lines keep their numbers
+    std::vector<std::uint32_t> spirv;
+    std::string messages;  // each line names the file: on failure the reasons, on success the warnings
+};
 
-// On failure `messages` holds the reasons, on success the warnings; each line names the file. One compilation runs at a
+// Compiles a source that CheckHlslText lets pass, in a copy of the process, because glslang ends the process that it
+// runs in on some sources. A source that ReadHlslSource refuses is refused with its reason. One compilation runs at a
 // time.
 [[nodiscard]] bool HlslToSpirv(const std::string& source, const std::string& fileName, const std::string& entry,
-                               ShaderStage stage, std::vector<std::uint32_t>& spirv, std::string& messages);
+                               ShaderStage stage, SpirvResult& result);
 
 }  // namespace platform

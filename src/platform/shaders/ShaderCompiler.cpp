@@ -51,13 +51,14 @@ bool CompileShader(const std::string& source, const std::string& fileName, const
         return false;
     };
     HlslSource read;
+    SpirvResult result;
     std::string reason;
-    std::string plain;
     if (!CheckHlslText(source, reason)) return refuse(reason);
-    if (!PreprocessHlsl(source, fileName, plain, messages)) return false;
-    if (!ReadHlslSource(plain, entry, read, reason)) return refuse(reason);
-    std::vector<std::uint32_t> spirv;
-    if (!HlslToSpirv(source, fileName, entry, limits->stage, spirv, messages)) return false;
+    const bool compiled = HlslToSpirv(source, fileName, entry, limits->stage, result);
+    messages = result.messages;
+    if (!compiled) return false;
+    if (!ReadHlslSource(result.preprocessed, entry, read, reason)) return refuse(reason);
+    const std::vector<std::uint32_t>& spirv = result.spirv;
     if (HasRecursion(spirv)) return refuse("a function calls itself");
     if (!KeepsLimits(*limits, spirv, reason)) return refuse(profile + ": " + reason);
 
