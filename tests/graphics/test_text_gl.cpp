@@ -1,4 +1,4 @@
-// Texts as the OpenGL device shows them.
+// A scene of texts and a texture as the OpenGL device shows it.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -6,9 +6,12 @@
 
 #include "graphics/device/DXGDevice.h"
 #include "graphics/device/DXGState.h"
+#include "graphics/device/DXGTexture.h"
+#include "graphics/text/Draw2D.h"
 #include "graphics/text/GBTextWindow.h"
 #include "graphics/text/GlyphGrid.h"
 #include "platform/FontRaster.h"
+#include "platform/GraphicsDevice.h"
 #include "platform/Window.h"
 #include "platform/gl/OpenGl.h"
 #include "support/TestFolder.h"
@@ -17,25 +20,37 @@ namespace {
 
 constexpr std::uint32_t tint = 0xFF8040C0;
 
-std::vector<std::uint32_t> PictureOfTexts() {
-    std::vector<std::uint32_t> argb;
-    unsigned width = 0;
-    unsigned height = 0;
-    if (!DXG::BeginFrame(0, false, true)) return argb;
-    DXG::Clear(0xFF000000, true, true, true, 0);
-    DXG::Set2DWholeBackBuffer();
-    G::DrawFreeText({"K", {{0, tint}}}, 100, 50, 16, "", false);
-    G::TextWindow chat(40, 300, 700, 250, 60);
-    for (int i = 0; i < 40; ++i)
-        chat.AddLine({"[] a line with letters of all heights, (Qgj)", {}});
-    chat.SetScroll(1 - 8.0F / 390);  // half a line stands out above and below
-    chat.Draw();
-    DXG::GetDevice()->ReadBackBuffer(argb, width, height);
-    DXG::EndFrame0();
-    return argb;
-}
+// What lives from frame to frame: texts in static and dynamic buffers, the text shader, a texture made in memory.
+struct Scene {
+    G::TextWindow chat{40, 300, 700, 250, 60};
+    DXG::Texture picture;
 
-TEST(TextOnOpenGl, IsSharpAndClipped) {
+    Scene() {
+        for (int i = 0; i < 40; ++i)
+            chat.AddLine({"[] a line with letters of all heights, (Qgj)", {}});
+        chat.SetScroll(1 - 8.0F / 390);  // half a line stands out above and below
+        EXPECT_TRUE(picture.Create(32, 16, DXG::TextureType::ColourAlpha, 1, false));
+        const DXG::TextureLock lock = picture.Lock(false);
+        for (unsigned y = 0; y < 16; ++y)
+            std::fill_n(reinterpret_cast<std::uint32_t*>(lock.data[0] + y * lock.rowPitch[0]), 32, 0xFF000050U + y);
+    }
+    std::vector<std::uint32_t> Picture() {
+        std::vector<std::uint32_t> argb;
+        unsigned width = 0;
+        unsigned height = 0;
+        if (!DXG::BeginFrame(0, false, true)) return argb;
+        DXG::Clear(0xFF000000, true, true, true, 0);
+        DXG::Set2DWholeBackBuffer();
+        G::DrawTexture(picture, 300, 50, 1);
+        G::DrawFreeText({"K", {{0, tint}}}, 100, 50, 16, "", false);
+        chat.Draw();
+        DXG::GetDevice()->ReadBackBuffer(argb, width, height);
+        DXG::EndFrame0();
+        return argb;
+    }
+};
+
+TEST(TextOnOpenGl, IsSharpAndClippedAndComesBackAfterALoss) {
     const support::TestFolder folder;
     const std::string shader = "data/shaders/gbfont.hlsl_f";
     folder.Write(shader, support::LogText(std::getenv("KELVANE_SOURCE_DIR") + ("/" + shader)));
@@ -46,10 +61,17 @@ TEST(TextOnOpenGl, IsSharpAndClipped) {
     setup.width = 800;
     setup.height = 600;
     ASSERT_TRUE(window && DXG::Init(window.get(), &setup));
-    const std::vector<std::uint32_t> picture = PictureOfTexts();
-    DXG::Shutdown();
+    auto scene = std::make_unique<Scene>();
+    const std::vector<std::uint32_t> picture = scene->Picture();
     ASSERT_EQ(picture.size(), 800U * 600U);
     EXPECT_EQ(support::ErrorLogText() + support::LogText("_shaders.txt"), "");
+    DXG::GetDevice()->ProvokeLoss(1);
+    EXPECT_TRUE(scene->Picture().empty());
+    EXPECT_TRUE(scene->Picture() == picture);
+    EXPECT_TRUE(scene->Picture() == picture);
+    scene.reset();
+    DXG::Shutdown();
+    EXPECT_EQ(picture[51 * 800 + 301], 0xFF000050U);
 
     // The cell lies on whole pixels: every texel once, tinted and blended with black.
     const G::GlyphGrid grid = G::DrawGlyphGrid(*platform::OpenFont("", 15), 16, false);

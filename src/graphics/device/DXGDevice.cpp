@@ -2,13 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
-#include <memory>
 #include <vector>
 
 #include "diag/CMemMan.h"
 #include "diag/CallStack.h"
 #include "diag/LogFile.h"
-#include "graphics/device/DXGFormats.h"
+#include "graphics/device/DXGFoundationState.h"
 #include "graphics/device/DXGState.h"
 #include "platform/Clock.h"
 #include "platform/GraphicsDevice.h"
@@ -18,48 +17,13 @@ namespace DXG {
 
 namespace {
 
-using Hook = void (*)();
 constexpr unsigned lostDeviceSleepMs = 100;
 constexpr std::uint64_t bytesPerMegabyte = 1ULL << 20;
-
-// What a shutdown hook, a record or a handle with static lifetime may still ask for late: it is never destroyed.
-struct Foundation {
-    std::unique_ptr<platform::GraphicsInterface> graphics;
-    std::unique_ptr<platform::GraphicsDevice> device;
-    bool initialized = false;
-    bool failed = false;
-    bool inFrame = false;
-    bool deviceLost = false;
-    bool statesStale = false;  // a reset took the default states away and no frame has put them back
-    bool setupValid = false;
-    Setup setup;
-    DeviceFormats formats;
-    platform::PresentParameters parameters;
-    std::uint64_t initialFreeMegabytes = 0;
-    std::uint64_t estimatedPeak = 0;  // bytes; 0: none
-    std::uint64_t lowestFree = 0;     // bytes
-    unsigned countedFrames = 0;
-    double countedSeconds = 0.0;
-    std::vector<Hook> releaseHooks;
-    std::vector<Hook> restoreHooks;
-    std::vector<Hook> shutdownHooks;
-    std::vector<Hook> teardownHooks;
-};
-
-Foundation& TheFoundation() {
-    static Foundation* foundation = new Foundation;
-    return *foundation;
-}
 
 // A hook may register more hooks.
 void RunHooks(const std::vector<Hook>& hooks) {
     for (std::size_t i = 0; i < hooks.size(); ++i)
         hooks[i]();
-}
-
-void AddHook(std::vector<Hook>& hooks, Hook hook) {
-    const ScopedLock held(GraphicsLock());
-    if (hook) hooks.push_back(hook);
 }
 
 // The last act of a process that ends without a shutdown.
@@ -330,76 +294,6 @@ void EndFrame1() {
     Foundation& state = TheFoundation();
     if (!state.initialized) return ReportMisuse(NotInitializedMessage("DXG::EndFrame1"));
     state.device->Present();
-}
-
-bool IsInitialized() {
-    return TheFoundation().initialized;
-}
-bool HasFailed() {
-    return TheFoundation().failed;
-}
-bool IsDeviceLost() {
-    return TheFoundation().deviceLost;
-}
-
-platform::GraphicsDevice* GetDevice() {
-    if (!TheFoundation().initialized) ReportMisuse(NotInitializedMessage("DXG::GetDevice"));
-    return DeviceOrNull();
-}
-
-platform::GraphicsDevice* DeviceOrNull() {
-    return TheFoundation().initialized ? TheFoundation().device.get() : nullptr;
-}
-
-const Setup& GetSetup() {
-    if (!TheFoundation().setupValid) errorLog.Write("Warning: GetSetup used, and setup is not valid.\n");
-    return TheFoundation().setup;
-}
-
-bool Uses32BitColour() {
-    return TheFoundation().setup.colour32;
-}
-bool UsesStencil() {
-    return TheFoundation().setup.stencil;
-}
-
-bool CanSampleFormat(int pixelFormat) {
-    const Foundation& state = TheFoundation();
-    return state.graphics && state.graphics->CheckTextureFormat(state.setup.adapter, state.formats.display,
-                                                                static_cast<platform::PixelFormat>(pixelFormat));
-}
-
-void AddReleaseHook(void (*hook)()) {
-    AddHook(TheFoundation().releaseHooks, hook);
-}
-void AddRestoreHook(void (*hook)()) {
-    AddHook(TheFoundation().restoreHooks, hook);
-}
-void AddShutdownHook(void (*hook)()) {
-    AddHook(TheFoundation().shutdownHooks, hook);
-}
-void AddTeardownHook(void (*hook)()) {
-    AddHook(TheFoundation().teardownHooks, hook);
-}
-
-std::uint64_t FreeTextureMemory() {
-    Foundation& state = TheFoundation();
-    if (!state.initialized) {
-        ReportMisuse(NotInitializedMessage("DXG::FreeTextureMemory"));
-        return 0;
-    }
-    const std::uint64_t bytes = state.device->FreeTextureMemory();
-    state.lowestFree = std::min(state.lowestFree, bytes);
-    return bytes;
-}
-
-CriticalSection& GraphicsLock() {
-    static CriticalSection* lock = new CriticalSection;  // outlives every static handle
-    return *lock;
-}
-
-std::string NotInitializedMessage(const char* operation) {
-    return std::string("Error: ") + operation + " used when graphics foundation is not initialized.\n";
 }
 
 }  // namespace DXG

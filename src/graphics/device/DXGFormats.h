@@ -1,7 +1,7 @@
 #pragma once
-// The examination of the hardware before a device is made, and the choice of the device's formats.
+// The choice of the device's display and depth formats.
 
-#include "graphics/device/DXGDevice.h"
+#include "graphics/device/DXGSetup.h"
 #include "platform/GraphicsDevice.h"
 
 namespace DXG {
@@ -14,8 +14,5 @@ struct DeviceFormats {
 // Chooses display and depth format for `setup`, whose stencil wish is cleared when no format has a stencil. What cannot
 // be found is reported and replaced by the likeliest.
 void ChooseFormats(platform::GraphicsInterface& graphics, Setup& setup, DeviceFormats& formats);
-
-// The capability results as they were before the first hardware check.
-void ForgetCapabilities();
 
 }  // namespace DXG

@@ -6,7 +6,7 @@
 
 #include "diag/CallStack.h"
 #include "diag/LogFile.h"
-#include "graphics/device/DXGDevice.h"
+#include "graphics/device/DXGFoundation.h"
 #include "graphics/device/DXGVert.h"
 #include "platform/GraphicsDevice.h"
 

@@ -6,7 +6,8 @@
 
 #include "diag/CThread.h"
 #include "diag/PathFiles.h"
-#include "graphics/device/DXGDevice.h"
+#include "graphics/device/DXGFoundation.h"
+#include "graphics/device/DXGHardware.h"
 #include "graphics/device/DXGState.h"
 
 namespace G {

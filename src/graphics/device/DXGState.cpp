@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "graphics/device/DXGDevice.h"
+#include "graphics/device/DXGFoundation.h"
 #include "platform/GraphicsDevice.h"
 
 namespace DXG {
@@ -82,7 +82,7 @@ void SetAlphaFunction(unsigned function) {
 
 void SetAlphaReference(float reference) {
     SetDeviceState(RenderState::AlphaReference,
-                   static_cast<std::uint32_t>(std::clamp(reference * 255.0F, 0.0F, 255.0F)));
+                   reference > 0.0F ? static_cast<std::uint32_t>(std::min(reference, 1.0F) * 255.0F) : 0);
 }
 
 void SetBlend(unsigned source, unsigned destination) {

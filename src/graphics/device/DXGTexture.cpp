@@ -1,8 +1,10 @@
 #include "graphics/device/DXGTexture.h"
 
-#include <array>
 #include <bit>
 
+#include "diag/CallStack.h"
+#include "diag/LogFile.h"
+#include "graphics/device/DXGHardware.h"
 #include "graphics/device/TextureRegistry.h"
 
 namespace DXG {
@@ -11,30 +13,6 @@ namespace {
 
 using platform::PixelFormat;
 using platform::TextureKind;
-
-constexpr unsigned stageCount = 8;
-
-// What Set bound last; the device must not keep an object that goes.
-std::array<platform::DeviceTexture*, stageCount> boundObjects{};
-
-void DropObject(TextureRecord& record) {
-    platform::GraphicsDevice* device = DeviceOrNull();
-    for (unsigned stage = 0; stage < stageCount; ++stage) {
-        if (!record.api.object || boundObjects[stage] != record.api.object.get()) continue;
-        boundObjects[stage] = nullptr;
-        if (device) device->SetTexture(stage, nullptr);
-    }
-    record.api.object.reset();
-}
-
-// Device objects must not outlive their device. The records stay with their handles, which are told off when they go.
-void DropAllObjects() {
-    const ScopedLock held(TextureRegistryLock());
-    for (TextureRecord* record : Texture::Records()) {
-        record->api.wentWithDevice = record->api.wentWithDevice || record->api.object;
-        DropObject(*record);
-    }
-}
 
 // Creation asks for no device support; Unknown for a type that cannot be created.
 PixelFormat CreationFormatOf(TextureType type) {
@@ -87,51 +65,6 @@ platform::TextureAddress AddressOf(bool wrap) {
 
 }  // namespace
 
-CriticalSection& TextureRegistryLock() {
-    static CriticalSection* lock = new CriticalSection;  // outlives every static handle
-    return *lock;
-}
-
-platform::DeviceResult MakeTextureObject(const platform::TextureRequest& request,
-                                         std::unique_ptr<platform::DeviceTexture>& out) {
-    platform::GraphicsDevice* device = DeviceOrNull();
-    if (!device) return platform::DeviceResult::Failed;
-    static const bool registered = (AddTeardownHook(DropAllObjects), true);
-    (void)registered;
-    const platform::DeviceResult result = device->CreateTexture(request, out);
-    return result == platform::DeviceResult::Ok && !out ? platform::DeviceResult::Failed : result;
-}
-
-TextureType TypeOfFormat(PixelFormat format) {
-    switch (format) {
-        case PixelFormat::R8G8B8:
-        case PixelFormat::X8R8G8B8:
-        case PixelFormat::R5G6B5:
-        case PixelFormat::X1R5G5B5:
-        case PixelFormat::R3G3B2:
-        case PixelFormat::X4R4G4B4:
-        case PixelFormat::X8B8G8R8:
-            return TextureType::Colour;
-        case PixelFormat::A8R8G8B8:
-        case PixelFormat::A1R5G5B5:
-        case PixelFormat::A4R4G4B4:
-        case PixelFormat::A8R3G3B2:
-        case PixelFormat::A2B10G10R10:
-        case PixelFormat::A8B8G8R8:
-        case PixelFormat::A2R10G10B10:
-        case PixelFormat::A16B16G16R16:
-            return TextureType::ColourAlpha;
-        case PixelFormat::A8:
-        case PixelFormat::P8:
-        case PixelFormat::L8:
-            return TextureType::Alpha;
-        default:
-            break;
-    }
-    WriteReport(errorLog, "Internal DXG Error: unable to deduce texture type from d3d format\n", "  -stack:", false);
-    return TextureType::ColourAlpha;
-}
-
 Texture::Texture() {
     if (!IsInitialized()) ReportWithStack("Bad: texture created, but graphics is not inited.\n");
 }
@@ -164,7 +97,7 @@ void Texture::Release() {
 }
 
 void Texture::ReleaseApi() {
-    DropObject(*Record());
+    DropTextureObject(*Record());
 }
 
 TextureRecord& Texture::Adopt(std::unique_ptr<platform::DeviceTexture> object, const platform::TextureRequest& made) {
@@ -223,10 +156,9 @@ void Texture::Set(unsigned stage) const {
     const TextureRecord* record = Record();
     if (!record) return ReportWithStack("Set called on a non-loaded texture.\n");
     platform::GraphicsDevice* device = DeviceOrNull();
-    if (!device || stage >= stageCount) return;
+    if (!device || stage >= textureStages) return;
     const STex_API_Data& api = record->api;
-    boundObjects[stage] = api.object.get();
-    device->SetTexture(stage, api.object.get());
+    BindTextureObject(stage, api.object.get());
     if (!api.object) return;
     platform::SamplerState sampler;
     sampler.minify = sampler.magnify = FilterOf(api.filter);

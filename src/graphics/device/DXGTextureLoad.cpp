@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "diag/PathFiles.h"
+#include "graphics/device/DXGTexture.h"
 #include "graphics/device/ImageLoader.h"
 #include "graphics/device/TexelFormats.h"
 #include "graphics/device/TextureRegistry.h"

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "diag/CThread.h"
-#include "graphics/device/DXGDevice.h"
+#include "graphics/device/DXGFoundation.h"
 
 namespace DXG {
 

@@ -4,8 +4,8 @@
 #include <memory>
 
 #include "diag/CThread.h"
-#include "graphics/device/DXGDevice.h"
-#include "graphics/device/DXGTexture.h"
+#include "graphics/device/DXGFoundation.h"
+#include "graphics/device/TextureRecord.h"
 
 namespace DXG {
 
@@ -20,6 +20,12 @@ class TextureScope {
 // Makes the device's object; Failed while the foundation is down.
 platform::DeviceResult MakeTextureObject(const platform::TextureRequest& request,
                                          std::unique_ptr<platform::DeviceTexture>& out);
+
+inline constexpr unsigned textureStages = 8;
+// Binds an object to a stage; nothing for other stages or while the foundation is down.
+void BindTextureObject(unsigned stage, platform::DeviceTexture* object);
+// Unbinds and destroys the record's object, if any.
+void DropTextureObject(TextureRecord& record);
 
 // Type code of the format that a device gave.
 TextureType TypeOfFormat(platform::PixelFormat format);

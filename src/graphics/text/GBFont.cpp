@@ -15,7 +15,7 @@
 namespace G {
 namespace {
 
-constexpr const char* defaultFace = "Ariel";
+const std::string defaultFace = "Ariel";
 constexpr std::size_t longestFaceName = 31;
 constexpr int smallestCell = 16;
 constexpr int largestCell = 64;

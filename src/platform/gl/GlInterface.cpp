@@ -141,7 +141,8 @@ class Interface : public GraphicsInterface {
     }
 
     bool CheckTextureFormat(unsigned adapter, PixelFormat, PixelFormat texture) override {
-        return Asks(adapter) && FindFormat(texture) != nullptr;
+        // Loading threads ask too: without the context, which is the drawing thread's.
+        return adapter == 0 && FindFormat(texture) != nullptr;
     }
 
     DeviceResult CreateDevice(unsigned adapter, Window& window, VertexProcessing, bool, PresentParameters& parameters,
