@@ -16,14 +16,6 @@ namespace platform {
 
 namespace {
 
-// glslang's symbol tables are made once a process and cost about 25 ms; they stay until its end.
-std::mutex& CompilerLock() {
-    static std::mutex lock;
-    static const bool ready = glslang::InitializeProcess();
-    (void)ready;
-    return lock;
-}
-
 // Drops the lines that carry no news: counts of errors and repeated ends.
 std::string TidyMessages(const std::string& log, const std::string& fileName) {
     std::istringstream lines(log);
@@ -96,6 +88,22 @@ bool Compile(const std::string& source, const std::string& fileName, const std::
     glslang::GlslangToSpv(*program.getIntermediate(language), spirv, &log, &options);
     messages += TidyMessages(log.getAllMessages(), fileName);
     return !spirv.empty();
+}
+
+// glslang's symbol tables are made with the first program of a process, which costs about 25 ms, and stay until its
+// end. They are made before any copy of the process, which would make its own and take them along.
+bool MakeTables() {
+    std::vector<std::uint32_t> spirv;
+    std::string messages;
+    return glslang::InitializeProcess() &&
+           Compile("float4 main() : COLOR { return 1; }", "", "main", ShaderStage::Fragment, spirv, messages);
+}
+
+std::mutex& CompilerLock() {
+    static std::mutex lock;
+    static const bool ready = MakeTables();
+    (void)ready;
+    return lock;
 }
 
 // What comes back from the copy of the process: whether it compiled, then two texts with their lengths before them,
