@@ -2,27 +2,20 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
 #include <vector>
 
 #include "demo/formats/ArchiveWriter.h"
 #include "demo/formats/MapWriter.h"
 #include "formats/TolvMap.h"
-#include "net/NetClient.h"
 #include "platform/MessageBox.h"
 #include "session/SessionFixture.h"
-#include "session/TolvDataManager.h"
-#include "session/TolvSession.h"
-#include "support/LoopbackPeer.h"
-#include "support/TestFolder.h"
 
 namespace {
 
 using platform::BoxAnswer;
+using support::Data;
 using support::TakeMessages;
-
-TolvDataManager& Data() {
-    return TolvDataManager::Default();
-}
 
 std::string boxes;
 BoxAnswer answer = BoxAnswer::No;
@@ -32,14 +25,11 @@ BoxAnswer AnswerBox(const std::string& text, const std::string& caption, platfor
     return answer;
 }
 
-struct DreamLoadingTest : testing::Test {
+struct DreamLoadingTest : support::SessionTest {
     DreamLoadingTest() {
-        TakeMessages();
         boxes.clear();
         folder.Write("data/tolvfile_ip.txt", "127.0.0.1\n" + std::to_string(fileServer.Port()));
-        TolvSession::Default().SetNetClient(&client);
-        TolvSession::Default().SetWorldPort(&world);
-        EXPECT_TRUE(client.Connect("127.0.0.1", game.Port()) && game.Accept());
+        Connect(TolvSession::Default());
     }
     ~DreamLoadingTest() override {
         while (!Data().GetTransfers().empty())
@@ -56,11 +46,7 @@ struct DreamLoadingTest : testing::Test {
         folder.Write("kvn2_tmp/" + name + "/" + name + ".dream.size", std::to_string(archive.size()));
     }
 
-    support::TestFolder folder;
-    support::LoopbackPeer game;
     support::LoopbackPeer fileServer;
-    NET::Client client;
-    support::RecordingWorld world;
     platform::MessageBoxHandler before = platform::SetMessageBoxHandler(&AnswerBox);
 };
 

@@ -13,12 +13,8 @@
 #include "platform/Thread.h"
 #include "session/PlayerData.h"
 #include "session/SessionFixture.h"
-#include "support/LoopbackPeer.h"
-#include "support/TestFolder.h"
 
 namespace {
-
-using support::LoopbackPeer;
 
 const std::string path = "kvn2_tmp/dd/dd.dream";
 const std::string gamePath = "kvn2_tmp\\dd\\dd.dream";
@@ -48,11 +44,10 @@ std::string Reply(std::size_t size, std::size_t blockSize) {
     return "44 " + std::to_string(size) + "\t0  " + std::to_string(blockSize) + "\n";
 }
 
-struct FileGetterTest : testing::Test {
+struct FileGetterTest : support::SessionTest {
     FileGetterTest() {
         folder.Write("data/tolvfile_ip.txt", "127.0.0.1\n" + std::to_string(peer.Port()) + "\n");
         GetPlayerData() = {"Ab", "secret", "", "", {0, 0}};
-        support::TakeMessages();
     }
     // A server that sends the welcome, hears the request, sends its answer, and hears the acknowledgements.
     bool Transfer(const std::string& answer, const std::string& acknowledged = "", const char* welcome = "10 hello\n") {
@@ -71,8 +66,7 @@ struct FileGetterTest : testing::Test {
         return getter.IsComplete();
     }
 
-    support::TestFolder folder;
-    LoopbackPeer peer;
+    support::LoopbackPeer peer;
     int received = -1;
     int total = -1;
 };

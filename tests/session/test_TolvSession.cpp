@@ -7,43 +7,33 @@
 #include "demo/formats/MapWriter.h"
 #include "formats/Palette.h"
 #include "formats/TolvMap.h"
-#include "net/NetClient.h"
 #include "session/PlayerData.h"
 #include "session/SessionFixture.h"
-#include "session/TolvDataManager.h"
-#include "support/LoopbackPeer.h"
-#include "support/TestFolder.h"
 
 namespace {
 
+using support::Data;
 using support::TakeMessages;
 using support::WaitFor;
 
-TolvDataManager& Data() {
-    return TolvDataManager::Default();
-}
-
 const std::string smallMap = demo::WriteMap(demo::MapDrawing(2, 2));  // a grid of 8 x 8 cells
 
-struct TolvSessionTest : testing::Test {
+struct TolvSessionTest : support::SessionTest {
     TolvSessionTest() {
-        TakeMessages();
         (void)TolvMap::Current().LoadMapBytes(smallMap, "small.map");
-        session.SetWorldPort(&world);
         GetPlayerData() = {"Ab", "secret", "#SABC", "hello", {1, 2}};
     }
     // Past the login, over a real connection. The greeting ends with the first bytes, so its END comes too late.
     void LogIn() {
-        session.SetNetClient(&client);
-        ASSERT_TRUE(client.Connect("127.0.0.1", peer.Port()) && peer.Accept());
+        Connect(session);
         session.PollServer();
         for (const char* const bytes : {"EN", "D\n", "&&&&&&&&&&&&&\n"})
             Poll(bytes);
-        ASSERT_EQ(peer.ReadLine(2), "desc hello\ncolor #SABC!\" \n");
+        ASSERT_EQ(game.ReadLine(2), "desc hello\ncolor #SABC!\" \n");
         ASSERT_EQ(TakeMessages(), "");
     }
     void Poll(const std::string& bytes) {
-        ASSERT_TRUE(peer.Send(bytes));
+        ASSERT_TRUE(game.Send(bytes));
         ASSERT_TRUE(WaitFor([&] { return client.PendingBytes() == bytes.size(); }));
         session.PollServer();
     }
@@ -70,23 +60,19 @@ struct TolvSessionTest : testing::Test {
         return state + std::exchange(world.calls, "") + TakeMessages();
     }
 
-    support::TestFolder folder;
-    support::LoopbackPeer peer;
-    NET::Client client;
     TolvSession session;
-    support::RecordingWorld world;
 };
 
 TEST_F(TolvSessionTest, TheLoginExchange) {
     session.SetNetClient(&client);
     EXPECT_FALSE(session.SendLine("early"));
-    ASSERT_TRUE(client.Connect("127.0.0.1", peer.Port()) && peer.Accept());
+    Connect(session);
     Poll("Welcome\1\nbENDer\nEND\n&&&&&&&&&&&&&\npar");
     EXPECT_EQ(TakeMessages(), "Welcome\1\nbENDer\nEND\n&&&&&&&&&&&&&\n");
-    EXPECT_EQ(peer.ReadLine(2), "connect Ab secret\nconnect Ab secret\n");
+    EXPECT_EQ(game.ReadLine(2), "connect Ab secret\nconnect Ab secret\n");
     Poll("tEND\n(ignored\nInvalid Name or password.\n");
     Poll("x&&&&&&&&&&&&&&y\nNope.\nInvalid Name or password.\nNope\n(first");
-    EXPECT_EQ(peer.ReadLine(2), "desc hello\ncolor #SABC!\" \n");
+    EXPECT_EQ(game.ReadLine(2), "desc hello\ncolor #SABC!\" \n");
     const std::string rejected = "Server reported error while trying to log in.\n";
     EXPECT_EQ(TakeMessages(), rejected + rejected);
     Poll(" last\n");
@@ -95,12 +81,12 @@ TEST_F(TolvSessionTest, TheLoginExchange) {
     for (int direction = -1; direction <= 6; ++direction)
         EXPECT_EQ(session.SendMove(direction), direction >= 0 && direction < 6);
     for (const char* const line : {"m 9\n", "m 7\n", "m 1\n", "m 3\n", ">\n", "<\n"})
-        EXPECT_EQ(peer.ReadLine(), line);
+        EXPECT_EQ(game.ReadLine(), line);
     EXPECT_TRUE(session.SendLook(1, 4));
-    EXPECT_EQ(peer.ReadLine(), "l  ! !\n");
+    EXPECT_EQ(game.ReadLine(), "l  ! !\n");
     EXPECT_FALSE(session.SendLook(-49, 0));  // x would hold a line feed
 
-    peer.CloseConnection();
+    game.CloseConnection();
     ASSERT_TRUE(WaitFor([&] { return !client.IsConnected(); }));
     session.PollServer();
     session.PollServer();
