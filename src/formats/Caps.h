@@ -9,12 +9,13 @@ namespace caps {
 // Cells of the square grid of a map. The largest map of the game has a few hundred cells a side; 8192 x 8192 cells take
 // 400 MiB.
 constexpr std::int64_t mapGridCells = 8192LL * 8192LL;
-// Bytes of a map's header line that are looked at; its keys and numbers take a few dozen.
+// Bytes of a map's header line; its keys and numbers take a few dozen. A longer line is passed over, and no more than
+// this of a version line is logged.
 constexpr std::size_t mapHeaderLineBytes = 4096;
 // Bytes of a dream archive, which is read into memory whole.
 constexpr std::uint64_t archiveBytes = 512ULL << 20;
-// Entries of a dream archive; the largest dreams hold a few dozen files. Finding the place of a new file takes a look through its
-// folder, so the time grows with the square.
+// Entries of a dream archive; the largest dreams hold a few dozen files. Finding the place of a new file takes a look
+// through its folder, so the time grows with the square.
 constexpr std::size_t archiveEntries = 1024;
 // Bytes that one LZW or bzip2 entry may unpack to.
 constexpr std::size_t entryBytes = 64ULL << 20;

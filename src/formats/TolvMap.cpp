@@ -38,7 +38,10 @@ struct Header {
 Header ReadHeader(std::string_view& rest) {
     Header header;
     while (!rest.empty()) {
-        const std::vector<std::string> pieces = SplitTokens(TakeLine(rest).substr(0, caps::mapHeaderLineBytes), "=");
+        const std::string_view line = TakeLine(rest);
+        // Cut short, such a line might mean something else.
+        if (line.size() > caps::mapHeaderLineBytes) continue;
+        const std::vector<std::string> pieces = SplitTokens(line, "=");
         if (pieces.empty()) continue;
         if (pieces[0] == "BODY") break;
         if (pieces.size() != 2) continue;
