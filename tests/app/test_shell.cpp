@@ -3,7 +3,7 @@
 #include "app/CMain.h"
 #include "app/MainGame.h"
 #include "input/ShellInput.h"
-#include "platform/Window.h"
+#include "platform/scripted/ScriptedDevice.h"
 #include "support/TestFolder.h"
 
 namespace {
@@ -11,74 +11,48 @@ namespace {
 using platform::MessageKind;
 using platform::WindowMessage;
 
-class NotedWindow : public platform::Window {
-  public:
-    void Show() override {}
-    bool TakeMessage(WindowMessage&) override { return false; }
-    void DefaultProcedure(const WindowMessage& message) override { defaults.push_back(message.kind); }
-    void PostQuit(int code) override { quitCode = code; }
-    [[nodiscard]] bool CloseWanted() const override { return false; }
-    void ShowCursor(bool) override {}
-    void* NativeHandle() override { return nullptr; }
-
-    std::vector<MessageKind> defaults;
-    int quitCode = -1;
-};
-
-WindowMessage Message(MessageKind kind) {
-    WindowMessage message;
-    message.kind = kind;
-    return message;
-}
-
 class Shell : public testing::Test {
   protected:
+    void Take(const WindowMessage& message) { game.WindowProcedure(window, message); }
     support::TestFolder folder;
-    NotedWindow window;
+    platform::ScriptedWindow window;
     MainGame game;
 };
 
 TEST_F(Shell, RefusesToBeResizedAndPassesTheRestOn) {
     for (const std::uint32_t command :
-         {0xF000U, 0xF030U, 0xF070U, 0xF080U, 0xF100U, 0xF140U, 0xF150U, 0xF170U, 0xF180U}) {
-        WindowMessage message = Message(MessageKind::SystemCommand);
-        message.command = command;
-        game.WindowProcedure(window, message);
-    }
-    EXPECT_TRUE(window.defaults.empty());
+         {0xF000U, 0xF030U, 0xF070U, 0xF080U, 0xF100U, 0xF140U, 0xF150U, 0xF170U, 0xF180U})
+        Take({.kind = MessageKind::SystemCommand, .command = command});
+    EXPECT_TRUE(window.left.empty());
     // The value is compared as it comes: its low four bits are not masked. 0xF020 minimises.
-    for (const std::uint32_t command : {0xF012U, 0xF031U, 0xF020U, 0xF060U}) {
-        WindowMessage message = Message(MessageKind::SystemCommand);
-        message.command = command;
-        game.WindowProcedure(window, message);
-    }
-    EXPECT_EQ(window.defaults.size(), 4U);
+    for (const std::uint32_t command : {0xF012U, 0xF031U, 0xF020U, 0xF060U})
+        Take({.kind = MessageKind::SystemCommand, .command = command});
+    EXPECT_EQ(window.left.size(), 4U);
 }
 
 TEST_F(Shell, MessagesGoToTheInputFirst) {
-    game.WindowProcedure(window, Message(MessageKind::Character));
-    game.WindowProcedure(window, Message(MessageKind::LeftDown));
-    EXPECT_TRUE(ShellInput::Default().HasTyped() && ShellInput::Default().LeftHeld());
-    EXPECT_TRUE(window.defaults.empty());
-    game.WindowProcedure(window, Message(MessageKind::LeftUp));
-    game.WindowProcedure(window, Message(MessageKind::Paint));
-    game.WindowProcedure(window, Message(MessageKind::Close));
-    EXPECT_EQ(window.defaults, (std::vector{MessageKind::LeftUp, MessageKind::Close}));
-    ShellInput::Default().ClearTyped();
-    ShellInput::Default().ClearFrame();
+    ShellInput& input = ShellInput::Default();
+    Take({.kind = MessageKind::Character});
+    Take({.kind = MessageKind::LeftDown});
+    Take({.kind = MessageKind::Paint});
+    EXPECT_TRUE(input.HasTyped() && input.LeftHeld() && window.left.empty());
+    Take({.kind = MessageKind::LeftUp});
+    Take({.kind = MessageKind::Close});
+    ASSERT_EQ(window.left.size(), 2U);
+    EXPECT_TRUE(window.left[0].kind == MessageKind::LeftUp && window.left[1].kind == MessageKind::Close);
+    input.ClearTyped();
+    input.ClearFrame();
 }
 
 TEST_F(Shell, KeepsTheActiveFlagAndQuitsWhenTheWindowGoes) {
-    WindowMessage activation = Message(MessageKind::Activate);
-    activation.active = true;
-    game.WindowProcedure(window, activation);
-    EXPECT_TRUE(game.IsActive());
-    activation.active = false;
-    game.WindowProcedure(window, activation);
-    EXPECT_FALSE(game.IsActive());
-    EXPECT_EQ(window.quitCode, -1);
-    game.WindowProcedure(window, Message(MessageKind::Destroy));
-    EXPECT_EQ(window.quitCode, 0);
+    for (const bool active : {true, false}) {
+        Take({.kind = MessageKind::Activate, .active = active});
+        EXPECT_EQ(game.IsActive(), active);
+    }
+    EXPECT_TRUE(window.waiting.empty());
+    Take({.kind = MessageKind::Destroy});
+    ASSERT_EQ(window.waiting.size(), 1U);
+    EXPECT_TRUE(window.waiting[0].kind == MessageKind::Quit && window.waiting[0].code == 0);
 }
 
 TEST(TypedLine, TakesItsPrefix) {
@@ -96,10 +70,8 @@ TEST(ChatColours, AreChosenAtEveryLineStart) {
     const std::vector<std::pair<unsigned, unsigned>> expected = {
         {0, 0xFFFFBFBFU}, {4, 0xFFBFBFFFU}, {7, 0xFFBFFFBFU}, {10, 0xFFBFFFBFU}, {13, 0xFFFFFFFFU}};
     ASSERT_EQ(chat.changes.size(), expected.size());
-    for (std::size_t i = 0; i < expected.size(); ++i) {
-        EXPECT_EQ(chat.changes[i].index, expected[i].first);
-        EXPECT_EQ(chat.changes[i].colour, expected[i].second);
-    }
+    for (std::size_t i = 0; i < expected.size(); ++i)
+        EXPECT_EQ(std::pair(chat.changes[i].index, chat.changes[i].colour), expected[i]);
     EXPECT_TRUE(ColouredChat("").changes.empty());
 }
 

@@ -2,7 +2,7 @@
 
 #include "input/KeyboardStateManager.h"
 #include "input/ShellInput.h"
-#include "platform/Window.h"
+#include "platform/scripted/ScriptedDevice.h"
 #include "support/ScriptedKeyboard.h"
 #include "support/TestFolder.h"
 
@@ -12,119 +12,76 @@ using platform::MessageKind;
 using platform::WindowMessage;
 
 WindowMessage Character(unsigned char character) {
-    WindowMessage message;
-    message.kind = MessageKind::Character;
-    message.character = character;
-    return message;
+    return {.kind = MessageKind::Character, .character = character};
 }
-
 WindowMessage Key(std::uint8_t scanCode, bool extended) {
-    WindowMessage message;
-    message.kind = MessageKind::KeyDown;
-    message.scanCode = scanCode;
-    message.extended = extended;
-    return message;
-}
-
-WindowMessage Mouse(MessageKind kind, int x = 0, int y = 0) {
-    WindowMessage message;
-    message.kind = kind;
-    message.x = static_cast<std::int16_t>(x);
-    message.y = static_cast<std::int16_t>(y);
-    return message;
-}
-
-WindowMessage Wheel(int delta) {
-    WindowMessage message;
-    message.kind = MessageKind::Wheel;
-    message.wheelDelta = static_cast<std::int16_t>(delta);
-    return message;
+    return {.kind = MessageKind::KeyDown, .scanCode = scanCode, .extended = extended};
 }
 
 TEST(TypedQueue, HoldsCharactersAndCodes) {
-    struct Row {
+    const struct {
         const char* name;
         WindowMessage message;
-        bool handled;
         std::vector<int> queued;
+    } rows[] = {
+        {"letter", Character('a'), {'a'}},
+        {"accent", Character(0xE9), {0xE9}},
+        {"backspace", Character(8), {0xFF, 8}},
+        {"enter", Character(13), {0xFE}},
+        {"insert", Key(0xD2, true), {0xFD}},
+        {"delete", Key(0xD3, true), {0xFC}},
+        {"home", Key(0xC7, true), {0xFB}},
+        {"end", Key(0xCF, true), {0xFA}},
+        {"page up", Key(0xC9, true), {0xF9}},
+        {"page down", Key(0xD1, true), {0xF8}},
+        {"up", Key(0xC8, true), {0xF7}},
+        {"down", Key(0xD0, true), {0xF6}},
+        {"left", Key(0xCB, true), {0xF5}},
+        {"right", Key(0xCD, true), {0xF4}},
+        {"not of the arrow block", Key(0xC8, false), {}},
+        {"keypad enter", Key(0x9C, true), {}},
+        {"letter key", Key(30, false), {}},
     };
-    const Row rows[] = {
-        {"letter", Character('a'), true, {'a'}},
-        {"accent", Character(0xE9), true, {0xE9}},
-        {"backspace", Character(8), true, {0xFF, 8}},
-        {"enter", Character(13), true, {0xFE}},
-        {"insert", Key(0xD2, true), true, {0xFD}},
-        {"delete", Key(0xD3, true), true, {0xFC}},
-        {"home", Key(0xC7, true), true, {0xFB}},
-        {"end", Key(0xCF, true), true, {0xFA}},
-        {"page up", Key(0xC9, true), true, {0xF9}},
-        {"page down", Key(0xD1, true), true, {0xF8}},
-        {"up", Key(0xC8, true), true, {0xF7}},
-        {"down", Key(0xD0, true), true, {0xF6}},
-        {"left", Key(0xCB, true), true, {0xF5}},
-        {"right", Key(0xCD, true), true, {0xF4}},
-        {"keypad 8 without Num Lock", Key(72, false), false, {}},
-        {"keypad 4", Key(75, false), false, {}},
-        {"keypad enter", Key(0x9C, true), false, {}},
-        {"letter key", Key(30, false), false, {}},
-    };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         ShellInput input;
-        EXPECT_EQ(input.CollectTyped(row.message), row.handled) << row.name;
+        EXPECT_EQ(input.CollectTyped(row.message), !row.queued.empty()) << row.name;
         for (const int code : row.queued)
             EXPECT_EQ(input.TakeTyped(), code) << row.name;
-        EXPECT_FALSE(input.HasTyped()) << row.name;
-        EXPECT_EQ(input.TakeTyped(), 0) << row.name;
+        EXPECT_FALSE(input.HasTyped() || input.TakeTyped()) << row.name;
     }
 }
 
-TEST(MouseState, ClicksLastAFrameAndHoldsLastTillTheRelease) {
+TEST(MouseState, ClicksAndWheelLastAFrameAndHoldsLastTillTheRelease) {
     ShellInput input;
-    EXPECT_TRUE(input.CollectMouse(Mouse(MessageKind::MouseMove, -3, 700)));
-    EXPECT_EQ(input.MouseX(), -3);
-    EXPECT_EQ(input.MouseY(), 700);
-    EXPECT_TRUE(input.CollectMouse(Mouse(MessageKind::LeftDown)));
-    EXPECT_TRUE(input.CollectMouse(Mouse(MessageKind::RightDown)));
+    EXPECT_TRUE(input.CollectMouse({.kind = MessageKind::MouseMove, .x = -3, .y = 700}));
+    EXPECT_EQ(std::pair(input.MouseX(), input.MouseY()), std::pair(-3, 700));
+    EXPECT_TRUE(input.CollectMouse({.kind = MessageKind::LeftDown}));
+    EXPECT_TRUE(input.CollectMouse({.kind = MessageKind::RightDown}));
     EXPECT_TRUE(input.LeftClicked() && input.LeftHeld() && input.RightClicked() && input.RightHeld());
-    input.ClearFrame();
-    EXPECT_FALSE(input.LeftClicked() || input.RightClicked());
-    EXPECT_TRUE(input.LeftHeld() && input.RightHeld());
-    EXPECT_FALSE(input.CollectMouse(Mouse(MessageKind::LeftUp)));
-    EXPECT_FALSE(input.LeftHeld());
-    EXPECT_TRUE(input.RightHeld());
-    EXPECT_FALSE(input.CollectMouse(Mouse(MessageKind::RightUp)));
-    EXPECT_FALSE(input.RightHeld());
-}
-
-TEST(MouseState, WheelCountsNotchesTowardsTheUser) {
-    for (const auto& [delta, steps] : {std::pair{120, -1}, {-120, 1}, {119, 0}, {-119, 0}, {-250, 2}, {0, 0}}) {
-        ShellInput input;
-        EXPECT_FALSE(input.CollectMouse(Wheel(delta)));
+    for (const auto& [delta, steps] :
+         {std::pair<std::int16_t, int>{120, -1}, {-120, 1}, {119, 0}, {-119, 0}, {-250, 2}}) {
+        EXPECT_FALSE(input.CollectMouse({.kind = MessageKind::Wheel, .wheelDelta = delta}));
         EXPECT_EQ(input.WheelSteps(), steps) << delta;
-        input.ClearFrame();
-        EXPECT_EQ(input.WheelSteps(), 0);
     }
+    input.ClearFrame();
+    EXPECT_FALSE(input.LeftClicked() || input.RightClicked() || input.WheelSteps() != 0);
+    EXPECT_FALSE(input.CollectMouse({.kind = MessageKind::LeftUp}));
+    EXPECT_TRUE(!input.LeftHeld() && input.RightHeld());
+    EXPECT_FALSE(input.CollectMouse({.kind = MessageKind::RightUp}) || input.RightHeld());
 }
 
 using support::ScriptedKeyboard;
 support::KeyboardScript& script = support::KeyboardScript::Default();
 
-class FakeWindow : public platform::Window {
-  public:
-    void Show() override {}
-    bool TakeMessage(WindowMessage&) override { return false; }
-    void DefaultProcedure(const WindowMessage&) override {}
-    void PostQuit(int) override {}
-    [[nodiscard]] bool CloseWanted() const override { return false; }
-    void ShowCursor(bool) override {}
-    void* NativeHandle() override { return nullptr; }
-};
-
 class Keyboard : public testing::Test {
   protected:
     void SetUp() override { script = support::KeyboardScript(); }
+    void PollWith(std::vector<int> down) {
+        script.down = std::move(down);
+        manager.Poll();
+    }
     support::TestFolder folder;
-    FakeWindow window;
+    platform::ScriptedWindow window;
     KeyboardStateManager manager;
 };
 
@@ -140,36 +97,21 @@ TEST_F(Keyboard, StartSaysWhatIsMissing) {
     manager.Poll();  // harmless while stopped
 }
 
-TEST_F(Keyboard, AKeyIsPressedInItsFirstPollOnly) {
+TEST_F(Keyboard, KeysArePressedOnceAndForgottenWithTheFocus) {
     ASSERT_TRUE(manager.Start(std::make_unique<ScriptedKeyboard>(), window, false));
-    script.down = {28, 200};
-    manager.Poll();
+    PollWith({28, 200});
     EXPECT_TRUE(manager.IsKeyDown(28) && manager.WasKeyPressed(28) && manager.WasKeyPressed(200));
-    script.down = {28};
-    manager.Poll();
-    EXPECT_TRUE(manager.IsKeyDown(28));
-    EXPECT_FALSE(manager.WasKeyPressed(28));
-    EXPECT_FALSE(manager.IsKeyDown(200));
-}
-
-TEST_F(Keyboard, TheBackgroundFreezesAndTheReturnForgets) {
-    ASSERT_TRUE(manager.Start(std::make_unique<ScriptedKeyboard>(), window, false));
-    script.down = {28};
-    manager.Poll();
-    manager.Poll();
+    PollWith({28});
+    EXPECT_TRUE(manager.IsKeyDown(28) && !manager.WasKeyPressed(28) && !manager.IsKeyDown(200));
     script.focused = false;
-    script.down = {};
-    manager.Poll();
-    EXPECT_TRUE(manager.IsKeyDown(28));
+    PollWith({});
+    EXPECT_TRUE(manager.IsKeyDown(28)) << "the background freezes the state";
     script.focused = true;
-    script.down = {28};
-    manager.Poll();
+    PollWith({28});
     EXPECT_TRUE(manager.WasKeyPressed(28));
     script.readable = false;
-    script.down = {};
-    manager.Poll();
-    EXPECT_TRUE(manager.IsKeyDown(28));
-    EXPECT_FALSE(manager.WasKeyPressed(28));
+    PollWith({});
+    EXPECT_TRUE(manager.IsKeyDown(28) && !manager.WasKeyPressed(28));
 }
 
 }  // namespace
