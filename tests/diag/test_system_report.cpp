@@ -19,9 +19,7 @@ TEST(OsVersion, CodesFollowTheTable) {
     EXPECT_EQ(OsVersionCode(), 9);
 }
 
-std::uint32_t highestLeaf = 0;
-std::uint32_t features = 0;
-std::uint32_t leafOneB = 0;
+std::uint32_t highestLeaf = 0, features = 0, leafOneB = 0;
 bool ScriptedCpu(std::uint32_t leaf, std::uint32_t registers[4]) {
     std::memset(registers, 0, 16);
     if (leaf == 0) {
@@ -67,8 +65,7 @@ TEST(SystemReport, GoesToTheStatisticsLog) {
     WriteSystemReport();
     CpuRecord cpu;
     const bool identified = CpuInfo(cpu);
-    EXPECT_EQ(support::LogText("_stat.txt"), SystemReportText(9, identified, cpu));
-    EXPECT_GE(cpu.logicalProcessors, 1U);
+    EXPECT_EQ(support::LogText("_stat.txt"), SystemReportText(OsVersionCode(), identified, cpu));
 }
 
 }  // namespace
