@@ -49,22 +49,8 @@ DeviceMatrix Pixels(float x, float y, float width, float height) {
 
 DeviceMatrix Perspective(float fovY, float xScale, float nearPlane, float farPlane) {
     const float f = 1 / std::tan(fovY / 2);
-    return {xScale * f,
-            0,
-            0,
-            0,
-            0,
-            f,
-            0,
-            0,
-            0,
-            0,
-            farPlane / (farPlane - nearPlane),
-            1,
-            0,
-            0,
-            nearPlane * farPlane / (nearPlane - farPlane),
-            0};
+    const float depth = farPlane / (farPlane - nearPlane);
+    return {xScale * f, 0, 0, 0, 0, f, 0, 0, 0, 0, depth, 1, 0, 0, -nearPlane * depth, 0};
 }
 
 std::vector<Vertex> Quad(float left, float top, float right, float bottom, float z, std::uint32_t colour) {
