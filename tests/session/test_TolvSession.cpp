@@ -9,6 +9,7 @@
 #include "formats/TolvMap.h"
 #include "session/PlayerData.h"
 #include "session/SessionFixture.h"
+#include "session/TolvFileGetter.h"
 
 namespace {
 
@@ -139,6 +140,18 @@ TEST_F(TolvSessionTest, LineKinds) {
     EXPECT_EQ(folder.Read("_error.txt"),
               "Warning: Animation frame could not be correctly parsed: 500\n"
               "Warning: Animation frame could not be correctly parsed: 642\n");
+}
+
+TEST_F(TolvSessionTest, ADreamLineStartsItsTransfer) {
+    LogIn();
+    const support::LoopbackPeer fileServer;
+    folder.Write("data/tolvfile_ip.txt", "127.0.0.1\n" + std::to_string(fileServer.Port()));
+    Data().AddMarker({});
+    session.HandleServerLine("]qxdd and more");
+    EXPECT_EQ(TakeState(), "> Downloading Dream...\n");
+    ASSERT_EQ(Data().GetTransfers().size(), 1U);
+    EXPECT_EQ(Data().GetTransfers().front().getter->GetPath(), "kvn2_tmp\\dd\\dd.dream");
+    Data().EndTransfer(Data().GetTransfers().front());
 }
 
 TEST_F(TolvSessionTest, FilesNamedByTheServerStayInsideTheGame) {
