@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
 #include <cstdlib>
+#include <tuple>
 
 #include "graphics/device/DXGState.h"
 #include "support/ScriptedFoundation.h"
@@ -33,28 +36,23 @@ struct Device : testing::Test {
     ~Device() override { EXPECT_TRUE(foundation.scripted.faults.empty()) << foundation.scripted.faults.front(); }
 };
 
-TEST_F(Device, HardwareCheckReportsACapableCard) {
+TEST_F(Device, HardwareCheckReportsTheCard) {
     script.capabilities.vertexShaderMajor = 3;
     script.capabilities.volumePowerOfTwoOnly = true;
-    EXPECT_FALSE(Check());
-    EXPECT_FALSE(noGraphics);
+    EXPECT_FALSE(Check() || noGraphics);
     EXPECT_EQ(processing, 2U);
-    EXPECT_EQ(DXG::VertexShaderMajor(), 3U);
-    EXPECT_TRUE(DXG::HasVolumeTextures());
+    EXPECT_TRUE(DXG::VertexShaderMajor() == 3 && DXG::HasVolumeTextures());
     EXPECT_EQ(DeviceReport(),
               "Video card: Scripted card\nHardware TnL support detected.\nHardware PS version: 2\n"
               "Hardware VS version: 3\nCube Maps supported.\nMax texture dimesnions: 4096 x 2048\n"
               "3D textures supported.\n  -MUST be power of 2 dimensions\n"
               "  -max 3D texture dimensions: 512 x 512 x 512\nMax vertex stearms supported: 16\n"
               "Max silmutaneous render targets: 4\n\n");
-}
-
-TEST_F(Device, HardwareCheckReportsAPoorCard) {
     script.capabilities = platform::DeviceCapabilities();
+    support::ClearLog("_stat.txt");
     EXPECT_FALSE(Check());
     EXPECT_EQ(processing, 0U);
-    EXPECT_FALSE(DXG::HasPixelShaders());
-    EXPECT_FALSE(DXG::HasVolumeTextures());
+    EXPECT_FALSE(DXG::HasPixelShaders() || DXG::HasVolumeTextures());
     EXPECT_EQ(DeviceReport(),
               "Video card: Scripted card\nVideo card does NOT support Hardware TnL.\n"
               "Video card does NOT support pixel shaders.\n"
@@ -77,19 +75,20 @@ TEST_F(Device, HardwareCheckWithoutAnswers) {
 }
 
 TEST_F(Device, OldDriversAreKnownForTwoVendors) {
-    const auto isOld = [&](std::uint32_t vendor, std::uint32_t high, std::uint32_t low) {
-        script.identity.vendorId = vendor;
-        script.identity.driverVersionHigh = high;
-        script.identity.driverVersionLow = low;
+    const std::tuple<unsigned, unsigned, unsigned, bool> rows[] = {// vendor, high and low part of the version, old
+                                                                   {0x1002, 0x6000D, ~0U, true},
+                                                                   {0x1002, 0x6000E, 0xA19C6, true},
+                                                                   {0x1002, 0x6000E, 0xA19C7, false},
+                                                                   {0x10DE, 0x6000E, 0xA1E60, true},
+                                                                   {0x10DE, 0x6000E, 0xA1E61, false},
+                                                                   {0x10DE, 0x6000F, 0, false},
+                                                                   {0x8086, 0, 0, false}};
+    for (const auto& [vendor, high, low, old] : rows) {
+        script.identity = {"", vendor, high, low};
         warning.clear();
-        const bool old = Check();
+        EXPECT_EQ(Check(), old) << high << ' ' << low;
         EXPECT_EQ(warning.starts_with("It has been detected that you may be using an older driver"), old);
-        return old;
-    };
-    EXPECT_TRUE(isOld(0x1002, 0x0006000D, 0xFFFFFFFF) && isOld(0x1002, 0x0006000E, 0x000A19C6));
-    EXPECT_TRUE(isOld(0x10DE, 0x0006000E, 0x000A1E60));
-    EXPECT_FALSE(isOld(0x1002, 0x0006000E, 0x000A19C7) || isOld(0x10DE, 0x0006000E, 0x000A1E61));
-    EXPECT_FALSE(isOld(0x10DE, 0x0006000F, 0) || isOld(0x8086, 0, 0));
+    }
 }
 
 TEST_F(Device, FormatsFallBackInTheirOrder) {
@@ -139,11 +138,12 @@ TEST_F(Device, FormatsFallBackInTheirOrder) {
 
 TEST_F(Device, DisplayFormatOfAnEarlierStartIsTheFallback) {
     script.desktopBits = 16;
-    ASSERT_TRUE(foundation.Start());
-    DXG::Shutdown();
-    script.displayFormats.clear();
-    ASSERT_TRUE(foundation.Start());
-    EXPECT_EQ(foundation.scripted.lastParameters.backBufferFormat, R5G6B5);
+    for (const bool known : {true, false}) {
+        if (!known) script.displayFormats.clear();
+        ASSERT_TRUE(foundation.Start());
+        EXPECT_EQ(foundation.scripted.lastParameters.backBufferFormat, R5G6B5);
+        DXG::Shutdown();
+    }
     EXPECT_EQ(TakeErrors(), "");
 }
 
@@ -308,42 +308,23 @@ TEST_F(Device, StatesTranslateBothWays) {
     device.SetRenderState(platform::RenderState::DepthTest, static_cast<unsigned>(platform::DepthMode::UseW));
     device.SetRenderState(platform::RenderState::ColourWrite, 7);
     EXPECT_FALSE(DXG::GetState(DXG::depthTest) || DXG::GetState(DXG::colourWrite));
-    for (const auto& [mode, readBack] : {std::pair{0U, 0U}, {1U, 1U}, {2U, 2U}, {7U, 2U}}) {
+    for (const unsigned mode : {0U, 1U, 2U, 7U}) {
         DXG::SetCullMode(mode);
-        EXPECT_EQ(DXG::GetCullMode(), readBack);
+        EXPECT_EQ(DXG::GetCullMode(), std::min(mode, 2U));
     }
     device.SetRenderState(platform::RenderState::Cull, 99);
     EXPECT_EQ(DXG::GetCullMode(), 1U);
     foundation.scripted.ForgetCalls();
+    DXG::SetAlphaReference(NAN);  // 0, as it is
     DXG::SetAlphaReference(0.999F);
     DXG::SetBlend(9, 77);
     DXG::Clear(0xFF, true, false, true, 5);
     script.hasStencil = false;
     DXG::Clear(0, false, true, true, 5);
-    EXPECT_EQ(
-        foundation.scripted.calls,
-        (std::vector<std::string>{"SetRenderState AlphaReference 254", "SetRenderState BlendSource 9",
-                                  "SetRenderState BlendDestination 10", "Clear 1 0 1 255 1 5", "Clear 0 1 0 0 1 5"}));
-}
-
-TEST_F(Device, Maps2DPixelsToTheViewport) {
-    ASSERT_TRUE(foundation.Start());
-    DXG::Set2D(40, 300, 700, 250);
-    const Mat4 p = DXG::GetProjection();
-    const auto at = [&p](float x, float y, int column) { return x * p(0, column) + y * p(1, column) + p(3, column); };
-    EXPECT_FLOAT_EQ(at(40, 300, 0), -1);
-    EXPECT_FLOAT_EQ(at(740, 550, 0), 1);
-    EXPECT_FLOAT_EQ(at(40, 300, 1), 1);
-    EXPECT_FLOAT_EQ(at(740, 550, 1), -1);
-    EXPECT_EQ(p(2, 2), -1);
-    int x = 0, y = 0, width = 0, height = 0;
-    DXG::GetViewport(x, y, width, height);
-    EXPECT_EQ((std::array{x, y, width, height}), (std::array{40, 300, 700, 250}));
-    Mat4 world = Identity();
-    world(0, 3) = 5;  // a translation on column vectors lies in the fourth column
-    DXG::SetWorld(world);
-    EXPECT_EQ(foundation.scripted.device->GetTransform(platform::TransformKind::World)[12], 5);
-    EXPECT_EQ(DXG::GetWorld().m, world.m);
+    EXPECT_EQ(foundation.scripted.calls,
+              (std::vector<std::string>{"SetRenderState AlphaReference 0", "SetRenderState AlphaReference 254",
+                                        "SetRenderState BlendSource 9", "SetRenderState BlendDestination 10",
+                                        "Clear 1 0 1 255 1 5", "Clear 0 1 0 0 1 5"}));
 }
 
 }  // namespace

@@ -1,10 +1,6 @@
 #include "platform/GlFixture.h"
 
-#include <SDL.h>
-#include <epoxy/gl.h>
-
 #include <algorithm>
-#include <cmath>
 #include <cstring>
 
 #include "platform/ShaderCompiler.h"
@@ -14,43 +10,8 @@ namespace glfixture {
 
 using namespace platform;
 
-HiddenWindow::HiddenWindow(int width, int height) {
-    SDL_InitSubSystem(SDL_INIT_VIDEO);
-    SDL_GL_SetAttribute(SDL_GL_DEPTH_SIZE, 24);
-    SDL_GL_SetAttribute(SDL_GL_STENCIL_SIZE, 8);
-    handle = SDL_CreateWindow("", 0, 0, width, height, SDL_WINDOW_OPENGL | SDL_WINDOW_HIDDEN);
-}
-
-HiddenWindow::~HiddenWindow() {
-    SDL_DestroyWindow(static_cast<SDL_Window*>(handle));
-    SDL_QuitSubSystem(SDL_INIT_VIDEO);
-}
-
-void HiddenWindow::Resize(int width, int height) {
-    SDL_SetWindowSize(static_cast<SDL_Window*>(handle), width, height);
-    SDL_PumpEvents();
-}
-
-void HiddenWindow::ReadBack(std::vector<std::uint32_t>& argb) {
-    int width = 0;
-    int height = 0;
-    SDL_GL_GetDrawableSize(static_cast<SDL_Window*>(handle), &width, &height);
-    argb.resize(static_cast<std::size_t>(width));
-    glReadPixels(0, height - 1, width, 1, GL_BGRA, GL_UNSIGNED_INT_8_8_8_8_REV, argb.data());
-}
-
-DeviceMatrix Identity() {
-    return {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
-}
-
 DeviceMatrix Pixels(float x, float y, float width, float height) {
     return {2 / width, 0, 0, 0, 0, -2 / height, 0, 0, 0, 0, -1, 0, -2 * x / width - 1, 2 * y / height + 1, 0, 1};
-}
-
-DeviceMatrix Perspective(float fovY, float xScale, float nearPlane, float farPlane) {
-    const float f = 1 / std::tan(fovY / 2);
-    const float depth = farPlane / (farPlane - nearPlane);
-    return {xScale * f, 0, 0, 0, 0, f, 0, 0, 0, 0, depth, 1, 0, 0, -nearPlane * depth, 0};
 }
 
 std::vector<Vertex> Quad(float left, float top, float right, float bottom, float z, std::uint32_t colour) {
@@ -63,9 +24,10 @@ std::vector<Vertex> Quad(float left, float top, float right, float bottom, float
 
 void GlDevice::SetUp() {
     SetOpenGlErrorSink([](const char* place, const std::string& error) { ADD_FAILURE() << place << ": " << error; });
-    window = std::make_unique<HiddenWindow>(pictureWidth, pictureHeight);
     UseOpenGl();
-    SetMainNativeWindow(window->NativeHandle());
+    WindowFailure failure{};
+    window = CreateMainWindow({"KelvaneTest", "Kelvane", pictureWidth, pictureHeight}, failure);
+    ASSERT_TRUE(window);
     graphics = CreateGraphicsInterface();
     ASSERT_TRUE(graphics);
     parameters.backBufferWidth = pictureWidth;
@@ -85,7 +47,6 @@ void GlDevice::TearDown() {
     layout.reset();
     device.reset();
     graphics.reset();
-    SetMainNativeWindow(nullptr);
     window.reset();
     SetOpenGlErrorSink(nullptr);
 }

@@ -1,5 +1,5 @@
 #pragma once
-// A small picture drawn by the OpenGL device on a hidden window, and the matrices and vertices to draw with.
+// A small picture drawn by the OpenGL device on a window, and the matrix and vertices to draw with.
 
 #include <gtest/gtest.h>
 
@@ -22,26 +22,6 @@ constexpr std::uint32_t green = 0xFF00FF00;
 constexpr std::uint32_t blue = 0xFF0000FF;
 constexpr std::uint32_t white = 0xFFFFFFFF;
 
-// A window that only the device needs.
-class HiddenWindow : public platform::Window {
-  public:
-    HiddenWindow(int width, int height);
-    ~HiddenWindow() override;
-    void Show() override {}
-    bool TakeMessage(platform::WindowMessage&) override { return false; }
-    void DefaultProcedure(const platform::WindowMessage&) override {}
-    void PostQuit(int) override {}
-    [[nodiscard]] bool CloseWanted() const override { return false; }
-    void ShowCursor(bool) override {}
-    void* NativeHandle() override { return handle; }
-    void Resize(int width, int height);
-    // The top row of the window itself.
-    void ReadBack(std::vector<std::uint32_t>& argb);
-
-  private:
-    void* handle = nullptr;
-};
-
 struct Vertex {
     float x = 0;
     float y = 0;
@@ -51,11 +31,8 @@ struct Vertex {
     float v = 0;
 };
 
-platform::DeviceMatrix Identity();
 // Pixels from the top left corner of a rectangle, y down, z negated.
 platform::DeviceMatrix Pixels(float x, float y, float width, float height);
-// Seen from the origin along +z.
-platform::DeviceMatrix Perspective(float fovY, float xScale, float nearPlane, float farPlane);
 // Two triangles, clockwise on screen, with the texture spread over them.
 std::vector<Vertex> Quad(float left, float top, float right, float bottom, float z = 0, std::uint32_t colour = white);
 
@@ -66,7 +43,11 @@ class GlDevice : public testing::Test {
 
     // Everything plain: no culling, depth, blending or alpha test, pixel coordinates, a black picture.
     void Plain();
-    void Set(platform::RenderState state, std::uint32_t value) { device->SetRenderState(state, value); }
+    template <typename Value>
+    void Set(platform::RenderState state, Value value) {
+        device->SetRenderState(state, static_cast<std::uint32_t>(value));
+    }
+    void ClearTo(std::uint32_t colour) { device->Clear(true, true, false, colour, 1.0F, 0); }
     void Draw(const std::vector<Vertex>& vertices, platform::Primitive primitive = platform::Primitive::Triangles);
     // Reads the picture; At answers from it.
     void Read();
@@ -85,7 +66,7 @@ class GlDevice : public testing::Test {
                                                      const std::vector<std::uint32_t>& texels, unsigned bytesPerTexel);
     std::unique_ptr<platform::DeviceShader> Shader(const std::string& source, const std::string& profile);
 
-    std::unique_ptr<HiddenWindow> window;
+    std::unique_ptr<platform::Window> window;
     std::unique_ptr<platform::GraphicsInterface> graphics;
     std::unique_ptr<platform::GraphicsDevice> device;
     std::unique_ptr<platform::VertexLayout> layout;

@@ -1,6 +1,11 @@
 // The picture that the OpenGL device makes, pixel by pixel.
 
+#include <SDL.h>
+#include <epoxy/gl.h>
+
 #include <algorithm>
+#include <array>
+#include <tuple>
 
 #include "platform/GlFixture.h"
 #include "platform/gl/OpenGl.h"
@@ -13,7 +18,7 @@ TEST_F(GlDevice, ClearsTheWholeTargetWhateverTheMasks) {
     Set(RenderState::ColourWrite, 0);
     device->SetViewport({8, 8, 8, 8, 0, 1});
     Draw(Quad(0, 0, 64, 48));
-    device->Clear(true, true, false, 0xFF123456, 1.0F, 0);
+    ClearTo(0xFF123456);
     Read();
     EXPECT_EQ(RegionOf(0xFF123456).count, pictureWidth * pictureHeight);
     Draw(Quad(0, 0, 64, 48));
@@ -35,7 +40,7 @@ TEST_F(GlDevice, CoversPixelsAsDirect3D9Does) {
         {"the whole picture", 0, 0, 64, 48, {64 * 48, 0, 0, 63, 47}},
     };
     for (const Row& row : rows) {
-        device->Clear(true, false, false, black, 1.0F, 0);
+        ClearTo(black);
         Draw(Quad(row.left, row.top, row.right, row.bottom, 0, red));
         Read();
         EXPECT_EQ(RegionOf(red), row.covered) << row.name;
@@ -43,45 +48,42 @@ TEST_F(GlDevice, CoversPixelsAsDirect3D9Does) {
 }
 
 TEST_F(GlDevice, DrawsTexelsOneToOne) {
-    std::vector<std::uint32_t> texels;
+    std::vector<std::uint32_t> texels(16);
     for (std::uint32_t at = 0; at < 16; ++at)
-        texels.push_back(0xFF000000 | at * 0x0F0701 | (15 - at) << 20);
+        texels[at] = 0xFF000000 | at * 0x0F0701 | (15 - at) << 20;
     const auto texture = Texture(PixelFormat::A8R8G8B8, 4, 4, texels, 4);
     device->SetTexture(0, texture.get());
     // At a whole position the texels' own edges lie on the pixel centres, at 0.005 the picture is one pixel further.
-    for (const float offset : {0.0F, 0.005F}) {
-        device->Clear(true, false, false, black, 1.0F, 0);
+    for (const unsigned first : {0U, 1U}) {
+        const float offset = first > 0 ? 0.005F : 0;
+        ClearTo(black);
         Draw(Quad(20 + offset, 30 + offset, 24 + offset, 34 + offset));
         Read();
-        const unsigned first = offset > 0 ? 1 : 0;
-        for (unsigned y = 0; y < 4; ++y)
-            for (unsigned x = 0; x < 4; ++x)
-                EXPECT_EQ(At(20 + first + x, 30 + first + y), texels[4 * y + x]) << x << ", " << y << " at " << offset;
+        for (unsigned at = 0; at < 16; ++at)
+            EXPECT_EQ(At(20 + first + at % 4, 30 + first + at / 4), texels[at]) << at << " at " << offset;
     }
 }
 
 TEST_F(GlDevice, DropsFacesByTheirTurnOnScreen) {
     const std::vector<Vertex> clockwise{{10, 10, 0, red}, {30, 10, 0, red}, {10, 30, 0, red}};
     const std::vector<Vertex> counter{{40, 10, 0, green}, {40, 30, 0, green}, {60, 10, 0, green}};
-    struct Row {
-        CullMode mode;
-        bool clockwise, counter;
-    };
-    for (const Row& row : {Row{CullMode::None, true, true}, Row{CullMode::Clockwise, false, true},
-                           Row{CullMode::CounterClockwise, true, false}}) {
-        device->Clear(true, false, false, black, 1.0F, 0);
-        Set(RenderState::Cull, static_cast<std::uint32_t>(row.mode));
+    const std::tuple<CullMode, bool, bool> rows[] = {
+        {CullMode::None, true, true}, {CullMode::Clockwise, false, true}, {CullMode::CounterClockwise, true, false}};
+    for (const auto& [mode, drawsClockwise, drawsCounter] : rows) {
+        ClearTo(black);
+        Set(RenderState::Cull, mode);
         Draw(clockwise);
         Draw(counter);
         Read();
-        EXPECT_EQ(At(12, 12) == red, row.clockwise) << static_cast<int>(row.mode);
-        EXPECT_EQ(At(42, 12) == green, row.counter) << static_cast<int>(row.mode);
+        EXPECT_EQ(At(12, 12) == red, drawsClockwise) << static_cast<int>(mode);
+        EXPECT_EQ(At(42, 12) == green, drawsCounter) << static_cast<int>(mode);
     }
 }
 
 TEST_F(GlDevice, KeepsDepthOrderFromZeroToOne) {
     Set(RenderState::DepthTest, 1);
-    device->SetTransform(TransformKind::Projection, Perspective(1.5708F, 0.75F, 1, 100));
+    device->SetTransform(TransformKind::Projection,
+                         {0.75F, 0, 0, 0, 0, 1, 0, 0, 0, 0, 100 / 99.0F, 1, 0, 0, -100 / 99.0F, 0});
     // Drawn near, far, nearer than the near plane and beyond the far one.
     Draw(Quad(-50, -50, 50, 50, 20, red));
     Draw(Quad(-90, -90, 90, 90, 90, green));
@@ -89,7 +91,7 @@ TEST_F(GlDevice, KeepsDepthOrderFromZeroToOne) {
     Draw(Quad(-200, -200, 200, 200, 101, white));
     Read();
     EXPECT_EQ(At(32, 24), red);
-    device->Clear(true, true, false, black, 1.0F, 0);
+    ClearTo(black);
     Draw(Quad(-90, -90, 90, 90, 90, green));
     Set(RenderState::DepthWrite, 0);
     Draw(Quad(-50, -50, 50, 50, 20, red));
@@ -124,29 +126,32 @@ TEST_F(GlDevice, ClipsToTheViewport) {
 }
 
 TEST_F(GlDevice, TestsAlphaByEachFunction) {
+    struct Row {
+        CompareFunction function;
+        std::array<bool, 3> passes;  // below, equal, above
+    };
+    const Row rows[] = {
+        {CompareFunction::Never, {false, false, false}},  {CompareFunction::Always, {true, true, true}},
+        {CompareFunction::Equal, {false, true, false}},   {CompareFunction::NotEqual, {true, false, true}},
+        {CompareFunction::Less, {true, false, false}},    {CompareFunction::LessEqual, {true, true, false}},
+        {CompareFunction::Greater, {false, false, true}}, {CompareFunction::GreaterEqual, {false, true, true}},
+    };
+    const auto programmed = Shader("float4 main(float4 c : COLOR) : COLOR { return c; }", "ps_2_0");
     Set(RenderState::AlphaTest, 1);
     Set(RenderState::AlphaReference, 100);
-    using enum CompareFunction;
-    // Whether alphas of 99, 100 and 101 pass.
-    for (const auto& [function, passed] : {std::pair{Never, "---"},
-                                           {Always, "+++"},
-                                           {Equal, "-+-"},
-                                           {NotEqual, "+-+"},
-                                           {Less, "+--"},
-                                           {LessEqual, "++-"},
-                                           {Greater, "--+"},
-                                           {GreaterEqual, "-++"}}) {
-        Set(RenderState::AlphaFunction, static_cast<std::uint32_t>(function));
-        device->Clear(true, false, false, black, 1.0F, 0);
-        for (unsigned at = 0; at < 3; ++at)
-            Draw(Quad(static_cast<float>(at * 20), 0, static_cast<float>(at * 20 + 20), 48, 0,
-                      (99 + at) << 24 | 0xFFFFFF));
-        Read();
-        std::string seen;
-        for (unsigned at = 0; at < 3; ++at)
-            seen += At(at * 20 + 10, 9) == white ? '+' : '-';
-        EXPECT_EQ(seen, passed) << static_cast<int>(function);
-    }
+    for (DeviceShader* stage : {static_cast<DeviceShader*>(nullptr), programmed.get()})
+        for (const Row& row : rows) {
+            device->SetFragmentShader(stage);
+            Set(RenderState::AlphaFunction, row.function);
+            ClearTo(black);
+            for (const unsigned at : {0U, 1U, 2U}) {
+                const auto left = static_cast<float>(at * 20);
+                Draw(Quad(left, 0, left + 20, 48, 0, (99 + at) << 24 | 0xFFFFFF));
+            }
+            Read();
+            EXPECT_EQ((std::array{At(10, 9) == white, At(30, 9) == white, At(50, 9) == white}), row.passes)
+                << static_cast<int>(row.function);
+        }
 }
 
 TEST_F(GlDevice, Blends) {
@@ -159,10 +164,10 @@ TEST_F(GlDevice, Blends) {
                            Row{BlendFactor::One, BlendFactor::One, 0xFFFFC080},
                            Row{BlendFactor::DestinationColour, BlendFactor::Zero, 0xFF002000},
                            Row{BlendFactor::Zero, BlendFactor::InverseSourceColour, 0xFF002080}}) {
-        device->Clear(true, false, false, 0xFF004080, 1.0F, 0);
+        ClearTo(0xFF004080);
         Set(RenderState::AlphaBlend, 1);
-        Set(RenderState::BlendSource, static_cast<std::uint32_t>(row.source));
-        Set(RenderState::BlendDestination, static_cast<std::uint32_t>(row.destination));
+        Set(RenderState::BlendSource, row.source);
+        Set(RenderState::BlendDestination, row.destination);
         Draw(Quad(0, 0, 64, 48, 0, 0x33FF8000));
         Read();
         for (const unsigned shift : {0U, 8U, 16U})
@@ -171,44 +176,42 @@ TEST_F(GlDevice, Blends) {
 }
 
 TEST_F(GlDevice, SamplesEachFormat) {
+    using enum PixelFormat;
     struct Row {
-        const char* name;
         PixelFormat format;
         unsigned bytes;
         std::uint32_t texel;
         std::uint32_t colour;  // over a picture of 0000FF with the texel's alpha
     };
-    const Row rows[] = {
-        {"A8R8G8B8", PixelFormat::A8R8G8B8, 4, 0xFF123456, 0xFF123456},
-        {"X8R8G8B8", PixelFormat::X8R8G8B8, 4, 0x00123456, 0xFF123456},
-        {"A8B8G8R8", PixelFormat::A8B8G8R8, 4, 0xFF563412, 0xFF123456},
-        {"R8G8B8", PixelFormat::R8G8B8, 3, 0x123456, 0xFF123456},
-        {"R5G6B5", PixelFormat::R5G6B5, 2, 0xF81F, 0xFFFF00FF},
-        {"X1R5G5B5", PixelFormat::X1R5G5B5, 2, 0x7C00, red},
-        {"A1R5G5B5", PixelFormat::A1R5G5B5, 2, 0x7C00, blue},
-        {"A4R4G4B4", PixelFormat::A4R4G4B4, 2, 0xF1A3, 0xFF11AA33},
-        {"X4R4G4B4", PixelFormat::X4R4G4B4, 2, 0x01A3, 0xFF11AA33},
-        {"R3G3B2", PixelFormat::R3G3B2, 1, 0xE3, 0xFFFF00FF},
-        {"A2R10G10B10", PixelFormat::A2R10G10B10, 4, 0xC0000000 | 0x3FFU << 20, red},
-        {"A2B10G10R10", PixelFormat::A2B10G10R10, 4, 0xC0000000 | 0x3FFU, red},
-        {"A8", PixelFormat::A8, 1, 0xFF, black},
-        {"A8 clear", PixelFormat::A8, 1, 0x00, blue},
-        {"L8", PixelFormat::L8, 1, 0x45, 0xFF454545},
-    };
+    const Row rows[] = {{A8R8G8B8, 4, 0xFF123456, 0xFF123456},
+                        {A8R8G8B8, 4, 0x00123456, blue},
+                        {X8R8G8B8, 4, 0x00123456, 0xFF123456},
+                        {A8B8G8R8, 4, 0xFF563412, 0xFF123456},
+                        {R8G8B8, 3, 0x123456, 0xFF123456},
+                        {R5G6B5, 2, 0xF81F, 0xFFFF00FF},
+                        {R5G6B5, 2, 0x07E0, green},
+                        {X1R5G5B5, 2, 0x7C00, red},
+                        {A1R5G5B5, 2, 0x7C00, blue},
+                        {A4R4G4B4, 2, 0xF1A3, 0xFF11AA33},
+                        {X4R4G4B4, 2, 0x01A3, 0xFF11AA33},
+                        {R3G3B2, 1, 0xE3, 0xFFFF00FF},
+                        {A2R10G10B10, 4, 0xFFF00000, red},
+                        {A2B10G10R10, 4, 0xC00003FF, red},
+                        {A8, 1, 0xFF, black},
+                        {A8, 1, 0x00, blue},
+                        {L8, 1, 0x45, 0xFF454545}};
     Set(RenderState::AlphaBlend, 1);
-    Set(RenderState::BlendSource, static_cast<std::uint32_t>(BlendFactor::SourceAlpha));
-    Set(RenderState::BlendDestination, static_cast<std::uint32_t>(BlendFactor::InverseSourceAlpha));
+    Set(RenderState::BlendSource, BlendFactor::SourceAlpha);
+    Set(RenderState::BlendDestination, BlendFactor::InverseSourceAlpha);
     for (const Row& row : rows) {
-        EXPECT_TRUE(graphics->CheckTextureFormat(0, PixelFormat::X8R8G8B8, row.format)) << row.name;
         // Three to a row: pitches are not always the width.
         const auto texture = Texture(row.format, 3, 2, std::vector<std::uint32_t>(6, row.texel), row.bytes);
-        ASSERT_TRUE(texture) << row.name;
-        EXPECT_EQ(texture->Format(), row.format);
         device->SetTexture(0, texture.get());
-        device->Clear(true, false, false, blue, 1.0F, 0);
+        ClearTo(blue);
         Draw(Quad(0, 0, 64, 48));
         Read();
-        EXPECT_EQ(RegionOf(row.colour).count, pictureWidth * pictureHeight) << row.name << std::hex << At(9, 9);
+        EXPECT_EQ(RegionOf(row.colour).count, pictureWidth * pictureHeight)
+            << static_cast<int>(row.format) << std::hex << At(9, 9);
     }
 }
 
@@ -310,31 +313,27 @@ TEST_F(GlDevice, DrawsFromBuffers) {
     // The buffer is pointed at again after vertices came from memory, and seen again after it was rewritten.
     static_cast<Vertex*>(buffer->Lock(true))[0].colour = blue;
     buffer->Unlock();
-    device->Clear(true, false, false, black, 1.0F, 0);
+    ClearTo(black);
     device->Draw(Primitive::Points, 0, 1);
     Read();
     EXPECT_EQ(RegionOf(blue), (Region{1, 4, 4, 4, 4}));
     // What lies outside the buffers is not drawn.
     device->Draw(Primitive::Triangles, 9, 2);
     device->DrawIndexed(Primitive::Triangles, 12, 3, 2);
+    device->DrawIndexed(Primitive::Triangles, 13, 0, 1);
     buffer.reset();
     device->Draw(Primitive::Triangles, 0, 1);
     Read();
     EXPECT_EQ(RegionOf(black).count, pictureWidth * pictureHeight - 1);
 }
 
-TEST_F(GlDevice, DrawsWiresAndFlatFaces) {
-    Set(RenderState::Fill, static_cast<std::uint32_t>(FillMode::Wireframe));
+TEST_F(GlDevice, DrawsWires) {
+    Set(RenderState::Fill, FillMode::Wireframe);
     Draw({{4, 4, 0, red}, {40, 4, 0, red}, {4, 40, 0, red}});
     Read();
     EXPECT_EQ(At(10, 10), black);
     EXPECT_EQ(At(20, 4), red);
     EXPECT_EQ(At(4, 20), red);
-    Set(RenderState::Fill, static_cast<std::uint32_t>(FillMode::Solid));
-    Set(RenderState::Shade, static_cast<std::uint32_t>(ShadeMode::Flat));
-    Draw({{0, 0, 0, green}, {64, 0, 0, red}, {0, 48, 0, red}});
-    Read();
-    EXPECT_EQ(At(10, 10), green) << "the colour of the first corner";
 }
 
 TEST_F(GlDevice, FixedFunctionMultipliesTextureAndColour) {
@@ -357,55 +356,30 @@ TEST_F(GlDevice, FixedFunctionMultipliesTextureAndColour) {
     EXPECT_EQ(At(56, 8), white);
 }
 
-TEST_F(GlDevice, MultipliesRowVectorsByWorldViewProjection) {
-    DeviceMatrix world = Identity();
-    DeviceMatrix view = Identity();
-    world[12] = 10;
-    view[0] = 2;
-    device->SetTransform(TransformKind::World, world);
-    device->SetTransform(TransformKind::View, view);
-    Draw(Quad(0, 0, 4, 4, 0, red));
-    Read();
-    EXPECT_EQ(RegionOf(red), (Region{32, 20, 0, 27, 3}));
-}
-
+// What a scene holds comes back with it; this is the order of answers and what the device itself forgets.
 TEST_F(GlDevice, ComesBackFromALoss) {
-    const auto texture = Texture(PixelFormat::A4R4G4B4, 1, 1, {0xF0F0}, 2);
-    const auto shader = Shader(
-        "float tint; sampler s; float4 main(float2 t : TEXCOORD0) : COLOR"
-        "{ return tex2D(s, t) + float4(tint, 0, 0, 0); }",
-        "ps_2_0");
+    const auto shader = Shader("float tint; float4 main() : COLOR { return float4(tint, 1, 0, 1); }", "ps_2_0");
     const float one = 1;
     shader->SetFloats(shader->FindConstant("tint"), &one, 1);
-    std::unique_ptr<DeviceBuffer> buffer;
-    ASSERT_EQ(device->CreateVertexBuffer(6 * sizeof(Vertex), false, true, buffer), DeviceResult::Ok);
-    const std::vector<Vertex> vertices = Quad(0, 0, 64, 48);
-    std::copy(vertices.begin(), vertices.end(), static_cast<Vertex*>(buffer->Lock(false)));
-    buffer->Unlock();
-    const auto show = [&] {
-        Plain();
-        device->SetTexture(0, texture.get());
-        device->SetFragmentShader(shader.get());
-        device->SetVertexBuffer(buffer.get(), sizeof(Vertex));
-        device->Draw(Primitive::Triangles, 0, 2);
-    };
-    show();
     device->EndScene();
     device->ProvokeLoss(2);
+    EXPECT_EQ(device->TestCooperativeLevel(), DeviceResult::DeviceLost);
     EXPECT_EQ(device->Reset(parameters), DeviceResult::DeviceLost);
-    for (int call = 0; call < 2; ++call)
-        EXPECT_EQ(device->TestCooperativeLevel(), DeviceResult::DeviceLost);
+    EXPECT_EQ(device->TestCooperativeLevel(), DeviceResult::DeviceLost);
     EXPECT_EQ(device->TestCooperativeLevel(), DeviceResult::DeviceNotReset);
     EXPECT_EQ(device->BeginScene(), DeviceResult::DeviceLost);
-    show();
+    Draw(Quad(0, 0, 64, 48));
     device->Present();
+    const auto meanwhile = Texture(PixelFormat::A8, 4, 4, std::vector<std::uint32_t>(16), 1);
     Set(RenderState::AlphaReference, 77);
     ASSERT_EQ(device->Reset(parameters), DeviceResult::Ok);
     EXPECT_EQ(device->TestCooperativeLevel(), DeviceResult::Ok);
     EXPECT_EQ(device->GetRenderState(RenderState::AlphaReference), 0U) << "states begin anew";
     ASSERT_EQ(device->BeginScene(), DeviceResult::Ok);
     EXPECT_EQ(device->BeginScene(), DeviceResult::InvalidCall);
-    show();
+    Plain();
+    device->SetFragmentShader(shader.get());
+    Draw(Quad(0, 0, 64, 48));
     Read();
     EXPECT_EQ(RegionOf(0xFFFFFF00).count, pictureWidth * pictureHeight);
 }
@@ -413,60 +387,60 @@ TEST_F(GlDevice, ComesBackFromALoss) {
 // A window manager may not keep to the size asked for.
 TEST_F(GlDevice, KeepsThePictureAtTheTopLeftOfALargerWindow) {
     device->EndScene();
-    window->Resize(pictureWidth + 40, pictureHeight + 30);
+    auto* handle = static_cast<SDL_Window*>(window->NativeHandle());
+    SDL_SetWindowSize(handle, pictureWidth + 40, pictureHeight + 30);
+    SDL_PumpEvents();
     device->Present();  // The driver takes the new size with the next picture.
     ASSERT_EQ(device->BeginScene(), DeviceResult::Ok);
-    device->Clear(true, false, false, blue, 1.0F, 0);
+    ClearTo(blue);
     Draw(Quad(0, 0, 64, 1, 0, red));
     Draw(Quad(0, 47, 64, 48, 0, green));
     Read();
     EXPECT_EQ(RegionOf(red), (Region{64, 0, 0, 63, 0}));
     EXPECT_EQ(RegionOf(green), (Region{64, 0, 47, 63, 47}));
-    std::vector<std::uint32_t> whole;
-    window->ReadBack(whole);
-    EXPECT_EQ(whole.front() | 0xFF000000, red);
+    int height = 0;
+    SDL_GL_GetDrawableSize(handle, nullptr, &height);
+    std::uint32_t corner = 0;
+    glReadPixels(0, height - 1, 1, 1, GL_BGRA, GL_UNSIGNED_INT_8_8_8_8_REV, &corner);
+    EXPECT_EQ(corner | black, red);
 }
 
 TEST_F(GlDevice, RefusesTexturesThatCannotBe) {
-    using enum TextureKind;
-    using enum PixelFormat;
+    using enum DeviceResult;
     const std::pair<TextureRequest, DeviceResult> rows[] = {
-        {{Plain, 0, 4, 1, 1, A8}, DeviceResult::InvalidCall},
-        {{Cube, 4, 8, 1, 1, A8}, DeviceResult::InvalidCall},
-        {{Plain, 1U << 30, 1, 1, 1, A8}, DeviceResult::InvalidCall},
-        {{Plain, 4, 4, 1, 4, A8}, DeviceResult::InvalidCall},  // more levels than there can be
-        {{Plain, 4, 4, 2, 1, A8}, DeviceResult::InvalidCall},
-        {{Plain, 4, 4, 1, 1, D16}, DeviceResult::NotAvailable},
-        {{Plain, 4, 4, 1, 1, P8}, DeviceResult::NotAvailable},
-        {{Volume, 2048, 2048, 2048, 1, A8R8G8B8}, DeviceResult::OutOfVideoMemory},
-    };
-    for (const auto& [request, result] : rows) {
+        {{TextureKind::Plain, 0, 4, 1, 1, PixelFormat::A8}, InvalidCall},
+        {{TextureKind::Cube, 4, 8, 1, 1, PixelFormat::A8}, InvalidCall},
+        {{TextureKind::Plain, 1U << 30, 1, 1, 1, PixelFormat::A8}, InvalidCall},
+        {{TextureKind::Plain, 4, 4, 1, 4, PixelFormat::A8}, InvalidCall},
+        {{TextureKind::Plain, 4, 4, 2, 1, PixelFormat::A8}, InvalidCall},
+        {{TextureKind::Plain, 4, 4, 1, 1, PixelFormat::D16}, NotAvailable},
+        {{TextureKind::Plain, 4, 4, 1, 1, PixelFormat::P8}, NotAvailable},
+        {{TextureKind::Volume, 2048, 2048, 2048, 1, PixelFormat::A8R8G8B8}, OutOfVideoMemory}};
+    for (std::size_t at = 0; at < std::size(rows); ++at) {
         std::unique_ptr<DeviceTexture> texture;
-        EXPECT_EQ(device->CreateTexture(request, texture), result);
+        EXPECT_EQ(device->CreateTexture(rows[at].first, texture), rows[at].second) << at;
+        EXPECT_FALSE(texture) << at;
     }
     const std::uint64_t before = device->FreeTextureMemory();
-    const auto texture = Texture(A8, 512, 512, std::vector<std::uint32_t>(512 * 512), 1);
+    const auto texture = Texture(PixelFormat::A8, 512, 512, std::vector<std::uint32_t>(512 * 512), 1);
     EXPECT_EQ(before - device->FreeTextureMemory(), 512U * 512U);
 }
 
 TEST_F(GlDevice, AnswersForTheHardware) {
     AdapterIdentity identity;
     ASSERT_TRUE(graphics->ReadIdentity(0, identity));
+    EXPECT_FALSE(identity.description.empty());
     EXPECT_GE(identity.driverVersionHigh, 0x0006000FU) << "no driver of this system is one of the old ones";
     EXPECT_FALSE(graphics->ReadIdentity(1, identity));
-    DeviceCapabilities capabilities;
-    ASSERT_TRUE(graphics->ReadCapabilities(0, capabilities));
-    EXPECT_GE(capabilities.maxTextureWidth, 1024U);
-    EXPECT_EQ(capabilities.pixelShaderMajor, 3U);
-    using enum PixelFormat;
-    EXPECT_TRUE(graphics->CheckDeviceType(0, X8R8G8B8, X8R8G8B8, true));
-    EXPECT_FALSE(graphics->CheckDeviceType(0, X8R8G8B8, X8R8G8B8, false));
-    EXPECT_FALSE(graphics->CheckDeviceType(0, R5G6B5, R5G6B5, true)) << "the window has 8 bits";
-    for (const auto& [format, given] : {std::pair{D24X8, true}, {D24S8, true}, {D32, false}})
-        EXPECT_EQ(graphics->CheckDepthFormat(0, X8R8G8B8, format), given);
-    EXPECT_FALSE(graphics->CheckTextureFormat(0, X8R8G8B8, P8));
+    EXPECT_TRUE(graphics->CheckDeviceType(0, PixelFormat::X8R8G8B8, PixelFormat::X8R8G8B8, true));
+    EXPECT_FALSE(graphics->CheckDeviceType(0, PixelFormat::X8R8G8B8, PixelFormat::X8R8G8B8, false));
+    EXPECT_FALSE(graphics->CheckDeviceType(0, PixelFormat::R5G6B5, PixelFormat::R5G6B5, true))
+        << "the window has 8 bits";
+    EXPECT_TRUE(graphics->CheckDepthFormat(0, PixelFormat::X8R8G8B8, PixelFormat::D24S8));
+    EXPECT_FALSE(graphics->CheckDepthFormat(0, PixelFormat::X8R8G8B8, PixelFormat::D32));
+    EXPECT_FALSE(graphics->CheckTextureFormat(0, PixelFormat::X8R8G8B8, PixelFormat::P8));
     // Another device on the same window, and objects that outlive theirs.
-    const auto texture = Texture(A8, 1, 1, {1}, 1);
+    const auto texture = Texture(PixelFormat::A8, 1, 1, {1}, 1);
     device.reset();
     PresentParameters fullscreen = parameters;
     fullscreen.windowed = false;

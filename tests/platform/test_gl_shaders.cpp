@@ -62,13 +62,20 @@ TEST_F(GlDevice, DrawsWithEveryPairOfStages) {
     device->SetTexture(0, picture1.get());
     const DeviceMatrix matrix = Pixels(0, 0, pictureWidth, pictureHeight);
     vertex->SetMatrix(vertex->FindConstant("M"), matrix.data(), false);
-    for (int pair = 0; pair < 4; ++pair) {
-        device->Clear(true, false, false, blue, 1.0F, 0);
-        device->SetVertexShader(pair % 2 != 0 ? vertex.get() : nullptr);
-        device->SetFragmentShader(pair >= 2 ? fragment.get() : nullptr);
+    struct Row {
+        DeviceShader* vertex;
+        DeviceShader* fragment;
+        std::uint32_t expected;
+    };
+    for (const Row& row : {Row{nullptr, nullptr, 0xFFFF0000}, Row{vertex.get(), nullptr, 0xFFFF0000},
+                           Row{nullptr, fragment.get(), 0xFF000000}, Row{vertex.get(), fragment.get(), 0xFF000000}}) {
+        ClearTo(blue);
+        device->SetVertexShader(row.vertex);
+        device->SetFragmentShader(row.fragment);
         Draw(Quad(4, 6, 12, 10, 0, red));
         Read();
-        EXPECT_EQ(RegionOf(pair >= 2 ? black : red), (Region{32, 4, 6, 11, 9})) << pair;
+        EXPECT_EQ(RegionOf(row.expected), (Region{32, 4, 6, 11, 9}))
+            << (row.vertex != nullptr) << (row.fragment != nullptr);
     }
 }
 
@@ -116,21 +123,16 @@ TEST_F(GlDevice, KeepsConstantsByStageUntilTheyChange) {
     EXPECT_EQ(shows(first), 0xFFFF6699);
 }
 
-TEST_F(GlDevice, TestsAlphaOfProgrammedStagesToo) {
-    const auto shader = Shader("float4 main(float2 t : TEXCOORD0) : COLOR { return float4(1, 1, 1, t.x); }", "ps_2_0");
-    device->SetFragmentShader(shader.get());
-    Set(RenderState::AlphaTest, 1);
-    Set(RenderState::AlphaReference, 128);
-    Set(RenderState::AlphaFunction, static_cast<std::uint32_t>(CompareFunction::GreaterEqual));
-    Draw(Quad(0, 0, 64, 48));
+TEST_F(GlDevice, FlatShadingTakesTheFirstCorner) {
+    Set(RenderState::Shade, ShadeMode::Flat);
+    Draw({{0, 0, 0, green}, {64, 0, 0, red}, {0, 48, 0, red}});
     Read();
-    EXPECT_EQ(At(20, 20), black);
-    EXPECT_EQ(At(40, 20), white);
+    EXPECT_EQ(At(10, 10), green);
 }
 
 // A stage that goes away while it is bound leaves the fixed function in its place.
 TEST_F(GlDevice, ForgetsStagesThatGo) {
-    for (int round = 0; round < 2; ++round) {
+    for (int round = 0; round < 3; ++round) {
         auto shader = Shader("float4 main() : COLOR { return float4(0, 1, 0, 1); }", "ps_2_0");
         device->SetFragmentShader(shader.get());
         Draw(Quad(0, 0, 64, 48, 0, red));
