@@ -1,0 +1,211 @@
+// The model text: what is built from it, and what is said about it.
+
+#include <cmath>
+#include <cstring>
+
+#include "formats/Caps.h"
+#include "graphics/ModelFixture.h"
+#include "graphics/model/MeshTokenizer.h"
+
+namespace {
+
+const std::string vertices = "Vertices { PNT2 3 0 0 0 0 1 0 0 0 1 0 0 0 1 0 1 0 0 0 1 0 1 0 0.5 1 } ";
+const std::string chunk = "Chunk { TextureB { 0 tri.png } " + vertices + "Indices { 3 0 1 2 } } ";
+const std::string triangle = "Mesh { Name { tri } " + chunk + "} ";
+const std::string root = "Bone { Name { root } Mesh { tri } } ";
+const std::string lazy =
+    "Warning: .mbm file (art\\m.mbm), first construct is not RandomID.  Binary version will not be cached.  Quit being "
+    "lazy if you want the game to load faster...\n";
+const std::string stack = "  -call stack:\n\n";
+const std::string failed = "Failed to load mesh: art\\m.mbm\n" + stack;
+
+std::string Repeated(const std::string& text, std::size_t count) {
+    std::string all;
+    for (std::size_t i = 0; i < count; ++i)
+        all += text;
+    return all;
+}
+
+TEST_F(Models, AreBuiltFromText) {
+    ASSERT_TRUE(Load(
+        model,
+        "RandomID { 0.8132 } Mesh { Name { tri } Chunk { TextureB { 0 tri.png 0 } TextureC { 1 tri.png } " + vertices +
+            "Indices { 3 0 1 2 } } Foo { a { b } c } Chunk { Vertices { PNC 1 1 2 3 0 0 1 1.5 0 1 "
+            "0.5 } Indices { 3 0 0 0 } } } "
+            "Bone { Child { low } Name { top } } Bone { Name { low } Mesh { tri } ConnectPos { 1 "
+            "-2e1 .5 } ConnectRot { 0 1 0 -1 0 0 0 0 1 } }\n",
+        true))
+        << Errors();
+    EXPECT_EQ(Errors(), "Warning parsing mesh: unknown Mesh sub-construct: Foo\n");
+    EXPECT_EQ(support::LogText("_meshStats.txt"),
+              "Model: art\\m.mbm\n >Total:\n    -POSITION, original verts: 4\n    -POSITION, optimized verts: 4\n"
+              "    -GRAPHIC, original verts: 4\n    -GRAPHIC, optimized verts: 4\n    -Triangle Count: 2\n"
+              "    -Total Bones: 2\n    -Wasted Bones: 1\n\n");
+    EXPECT_FLOAT_EQ(model.Record()->randomID, 0.8132F);
+    ASSERT_EQ(model.TopBone()->name, "top");
+    G::Bone* low = model.FindBone("low");
+    ASSERT_TRUE(low && low->Parent() == model.TopBone());
+    EXPECT_FLOAT_EQ(low->RestPosition().y, -20);
+    EXPECT_EQ(low->Rotation().m[1], -1) << "stored transposed";
+    const G::MeshRecord& mesh = low->mesh.Mesh();
+    ASSERT_EQ(mesh.chunks.size(), 2U);
+    EXPECT_EQ(mesh.chunks[0].texture0.FileName(), "art\\tri.png");
+    EXPECT_TRUE(mesh.chunks[0].texture1.IsLoaded());
+    EXPECT_EQ(mesh.positionIndices, (std::vector<std::uint16_t>{0, 1, 2, 3, 3, 3}));
+    std::uint32_t colour = 0;
+    std::memcpy(&colour, static_cast<char*>(mesh.chunks[1].vertexBuffer.Lock(false).Data()) + 24, 4);
+    EXPECT_EQ(colour, 0x7F7E00FFU) << "channels above 1 lose their high bits";
+    EXPECT_TRUE(folder.Has("gen/art/m.bmbm"));
+}
+
+// What is said, and whether there is a model all the same. Nothing may be left of one that failed (see Models).
+TEST_F(Models, TellWhatIsWrong) {
+    const auto parsing = [](const std::string& constructs) {
+        return "Errors occured parsing the file art\\m.mbm\n  error stack: " + constructs + "\n" + failed;
+    };
+    const std::string inBones = "Errors in bones of model file: art\\m.mbm\n" + failed;
+    const std::string inMeshes = "Errors in meshes of model file: art\\m.mbm\n" + failed;
+    const std::string outOfRange =
+        "Bad.. loading index list from mesh.. an index is out of range (must be 0 to 65535).\n";
+    const struct {
+        const char* name;
+        std::string text;
+        bool loads;
+        std::string errors;
+    } rows[] = {
+        {"no bones", triangle, false, lazy + "Failed to load mesh: art\\m.mbm\n  -No bones found...\n" + stack},
+        {"empty", "", false, "Failed to load mesh: art\\m.mbm\n  -No bones found...\n" + stack},
+        {"lazy", triangle + root, true, lazy},
+        {"late identifier", triangle + "RandomID { 1 } " + root, true,
+         lazy + "Warning: .mbm file (art\\m.mbm), RandomID is only valid as first construct in the file.\n"},
+        {"unknown", "Foo { a { b } c } " + triangle + root, true,
+         lazy + "Warning parsing mesh(art\\m.mbm): unrecognized base construct: Foo\n"},
+        {"glued brace", "Mesh{ Name { x } } " + root, false,
+         lazy +
+             "Warning parsing mesh(art\\m.mbm): unrecognized base construct: Mesh{\n"
+             "Warning parsing mesh(art\\m.mbm): unrecognized base construct: }\n" +
+             "Failed to load mesh: art\\m.mbm\n  -No bones found...\n" + stack},
+        {"closed too often", triangle + "} } " + root, false,
+         lazy +
+             "Warning parsing mesh(art\\m.mbm): unrecognized base construct: }\n"
+             "Error parsing mesh: unexpected } while trying to skip scope.\n" +
+             parsing("")},
+        {"unknown at the end", "Foo ", false,
+         lazy +
+             "Warning parsing mesh(art\\m.mbm): unrecognized base construct: Foo\n"
+             "Error parsing mesh: never found opening {, trying to skip scope.\n" +
+             parsing("")},
+        {"no brace", "Mesh Name { x } ", false,
+         lazy + "Error parsing mesh: expected {... but found: Name\n" + parsing("")},
+        {"errors unwind", "Mesh { Name { a } Chunk { Indices { 1 x } } Name { } }\n" + root, false,
+         lazy +
+             "Error parsing mesh: expected integer... but found: x\nError parsing mesh: unexpected }\n"
+             "Warning parsing mesh: unknown Mesh sub-construct: Bone\nError parsing mesh: expected }... but found: \n" +
+             parsing("Indices Chunk Mesh(name=a)    Name Mesh(name=})    Bone Mesh(name=})    ")},
+        {"ends early", "RandomID { 1 } Mesh { Name { a } Chunk { TextureB { 0", false,
+         "Error parsing mesh: expected }... but found: \nBad: file name refused: \"\"\nNote: mesh(art\\m.mbm) failed to load texture: art\\\n"
+         "Error parsing mesh: expected }... but found: \nError parsing mesh: expected }... but found: \n"},
+        {"index out of range", "Mesh { Name { tri } Chunk { " + vertices + "Indices { 3 70000 1 -1 } } } " + root, true,
+         lazy + outOfRange + "  -index value: 70000\n  -curMesh name: tri\n" + outOfRange +
+             "  -index value: -1\n  -curMesh name: tri\n"
+             "Bad: a chunk of mesh tri has an index beyond its vertices and is not drawn: art\\m.mbm\n"},
+        {"count beyond the file", "Mesh { Name { tri } Chunk { Indices { 2000000000 1 2 } Vertices { PNC -1 } } }\n",
+         false,
+         lazy + "Bad.. index list of 2000000000 indices, which the file does not hold.\n"
+                "Bad.. vertex list of -1 vertices, which the file does not hold.\n"},
+        {"vertex type", "Mesh { Name { tri } Chunk { Vertices { PNT3 1 0 0 0 } } }\n", false,
+         lazy + "Unsupported vertex type in Mesh.Chunk.Vertices: PNT3\n"},
+        {"normals",
+         "Mesh { Name { tri } Chunk { Vertices { PNT2 2 0 0 0 0.05 -0.03 0 0 0 0 0 0 0.06 0.06 0 0 0 } "
+         "Indices { 3 0 1 0 } } } " +
+             root,
+         true, lazy + "loading mbm mesh problem found: Mesh art\\m.mbm has a normal of magnitude near 0\n"},
+        {"scale", triangle + "Bone { Name { b } ConnectRot { 1 0 0 0 1.01 0 0 0 1 } }\n", true,
+         lazy + "Warning: Bone \"b\" in model \"art\\m.mbm\" has a scale component in its rotation.\n"},
+        {"texture stage",
+         "Mesh { Name { tri } Chunk { TextureC { 2 tri.png } " + vertices + "Indices { 3 0 1 2 } } } " + root, true,
+         lazy + "Bad texture stage in TextureC for texture art\\tri.png: 2\n"},
+        {"texture above the folder",
+         "Mesh { Name { tri } Chunk { TextureB { 0 ..\\a.png } " + vertices + "Indices { 3 0 1 2 } } } " + root, true,
+         lazy +
+             "Bad: file name refused: \"..\\a.png\"\nNote: mesh(art\\m.mbm) failed to load texture: art\\..\\a.png\n"},
+        {"nameless mesh", "Mesh { } " + root, false,
+         lazy + "Error: A Mesh has no name (and hence no way for a bone to use it) in model: art\\m.mbm\n" + inMeshes},
+        {"missing mesh", root, false,
+         lazy + "Error attaching meshes to bones: Bone(root) asked for Mesh(tri) that couldn't be found.\n" + inMeshes},
+        {"missing child", "Bone { Name { a } Child { a } Child { z } }\n", false,
+         lazy + "Bone(a) asked for child \"a\" that doesn't exist.\n" + inBones},
+        {"two parents",
+         "Bone { Name { a } Child { b } Child { c } } Bone { Name { b } Child { c } } Bone { Name { c } }\n", false,
+         lazy + "Bone(b) asked for child \"c\", but that child already has a parent(a)\n" + inBones},
+        {"circle", "Bone { Name { a } Child { b } } Bone { Name { b } Child { a } }\n", false,
+         lazy + "Bone(b) asked for child \"a\", but that child is above it.\n" + inBones},
+        {"two tops", "Bone { Name { a } } Bone { Name { b } } Bone { Zip { } Name { c } }\n", false,
+         lazy + "Warning parsing mesh: unknown Bone sub-construct: Zip\n" +
+             "Error arranging bones: more than one bone with no parent was found.\n"
+             "  -previosly found top-bone name: a\n  -other top bone found: b\n"
+             "Error arranging bones: more than one bone with no parent was found.\n"
+             "  -previosly found top-bone name: a\n  -other top bone found: c\n" +
+             inBones},
+        {"too many bones", Repeated("Bone { } ", caps::modelBones + 5), false,
+         lazy + "Error parsing mesh: more than 2048 bones\n"},
+        {"brace for a name", "Bone { Name { { } }\n", false, lazy + "Error parsing mesh: unexpected {\n" + parsing("")},
+        {"zero byte", std::string("Bone { Na\0me { } }\n", 18), true,
+         lazy + "Warning parsing mesh: unknown Bone sub-construct: Name\n"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(Load(model, row.text), row.loads) << row.name;
+        // Rows of messages that other rooms' texts follow, or thousands more, give only their start.
+        const bool whole = row.loads || row.errors.ends_with(stack);
+        const std::string errors = Errors();
+        EXPECT_EQ(whole ? errors : errors.substr(0, row.errors.size()), row.errors) << row.name;
+        model.Release();
+        G::EmptyModelRegistry();
+        EXPECT_EQ(G::LiveBones(), 0U) << row.name;
+    }
+}
+
+TEST_F(Models, FailOnCallsThatCannotWork) {
+    EXPECT_FALSE(model.Load("a.mbm", true, false, false));
+    EXPECT_FALSE(model.Load("mbm", true, false, true));
+    EXPECT_FALSE(model.Load("none.MBM", true, true, false));
+    EXPECT_EQ(Errors(),
+              "No.  If optimize is false, then readableMeshes must be true.  Read the comment in GBMesh.h ... "
+              "...\nCannot load mesh (mbm).  Unrecognized file extension.\n" +
+                  stack + "Failed to open file: none.MBM\nFailed to load mesh: none.MBM\n" + stack);
+    EXPECT_EQ(support::LogText("_meshStats.txt"), "Model: mbm\nModel: none.MBM\n");
+}
+
+TEST(MeshTokenizer, ReadsTheLeadingPartOfNumbers) {
+    const support::TestFolder folder;
+    const struct {
+        const char* word;
+        double asFloat;
+        int asInteger;
+        bool isFloat, isInteger;
+    } rows[] = {
+        {"-12", -12, -12, true, true},
+        {"1.5e-1", 0.15, 1, true, false},
+        {".5", 0.5, 0, true, false},
+        {"1-2", 1, 1, true, true},
+        {"-", 0, 0, true, true},
+        {"+3", 3, 3, false, false},
+        {"2E1", 20, 2, false, false},
+        {"7x", 7, 7, false, false},
+        {"1e99", HUGE_VAL, 1, true, false},
+        {"99999999999", 99999999999.0, 2147483647, true, true},
+        {"1e-999", 0, 1, true, false},
+        {"", 0, 0, true, true},
+    };
+    for (const auto& row : rows) {
+        CappedMessages messages(100);
+        G::MeshTokenizer forFloat(row.word, messages);
+        G::MeshTokenizer forInteger(row.word, messages);
+        EXPECT_EQ(forFloat.ReadFloat(), static_cast<float>(row.asFloat)) << row.word;
+        EXPECT_EQ(forInteger.ReadInteger(), row.asInteger) << row.word;
+        EXPECT_EQ(forFloat.HasError(), !row.isFloat) << row.word;
+        EXPECT_EQ(forInteger.HasError(), !row.isInteger) << row.word;
+    }
+}
+
+}  // namespace
