@@ -4,6 +4,7 @@
 #include <map>
 
 #include "WorldFixture.h"
+#include "graphics/model/GBMesh.h"
 #include "math/VectorMatrix.h"
 #include "session/WorldPort.h"
 #include "world/CharacterRenderer.h"
@@ -141,6 +142,24 @@ TEST_F(World, MarkersStandUnderTheirLabels) {
         EXPECT_NEAR(labels[i]->FloatAt(0, 0) + 4 * cells[i][2], (clip.x / clip.w * 0.99F + 1) * 400, 0.1F) << i;
         EXPECT_NEAR(labels[i]->FloatAt(0, 4), (1 - clip.y / clip.w * 0.99F) * 300, 0.1F) << i;
     }
+}
+
+TEST_F(World, ReadsModelsAgain) {
+    folder.Write("data/items/items.txt", "5\n");
+    folder.Write("data/items/placeholder.mbm", "Bone { }\n");
+    for (int time = 0; time < 2; ++time) {
+        Press({68});
+        TolvRenderer::Update(0.01F);
+        Press({});
+        TolvRenderer::Update(0.01F);
+    }
+    const std::string model = "Model: data\\items\\placeholder.mbm\n";
+    const std::string statistics = support::LogText("_meshStats.txt");
+    EXPECT_EQ(statistics.find(model), 0U);
+    EXPECT_NE(statistics.find(model, 1), std::string::npos);
+    TolvRenderer::Shutdown();
+    G::EmptyModelRegistry();
+    G::DestroyModelBones();
 }
 
 TEST_F(World, ReloadsItemsAndEndsTwice) {
