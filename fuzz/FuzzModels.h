@@ -1,6 +1,9 @@
 #pragma once
 // A device that only records, for the entries that load models.
 
+#include <cstdlib>
+#include <iostream>
+
 #include "graphics/device/DXGDevice.h"
 #include "graphics/model/GBMesh.h"
 #include "platform/scripted/ScriptedDevice.h"
@@ -35,9 +38,14 @@ inline void EndModels(G::Mesh& model) {
     }
     model.Release();
     G::EmptyModelRegistry();
-    const bool clean = G::LiveBones() == 0 && DXG::VertexBuffer::Records().empty() &&
-                       DXG::IndexBuffer::Records().empty() && DXG::Texture::Records().empty();
-    if (!clean || !platform::ScriptedGraphics::Default().faults.empty()) std::abort();
+    std::vector<std::string>& faults = platform::ScriptedGraphics::Default().faults;
+    if (G::LiveBones() > 0) faults.push_back("bones are left");
+    if (!DXG::VertexBuffer::Records().empty() || !DXG::IndexBuffer::Records().empty())
+        faults.push_back("buffers are left");
+    if (!DXG::Texture::Records().empty()) faults.push_back("textures are left");
+    if (faults.empty()) return;
+    std::cerr << faults[0] << "\n";
+    std::abort();
 }
 
 }  // namespace fuzz

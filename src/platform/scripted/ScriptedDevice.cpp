@@ -266,6 +266,7 @@ DeviceResult ScriptedDevice::CreateTexture(const TextureRequest& request, std::u
 DeviceResult ScriptedDevice::MakeBuffer(const char* call, std::deque<DeviceResult>& answers, std::size_t bytes,
                                         bool dynamic, bool writeOnly, std::unique_ptr<DeviceBuffer>& out) {
     graphics.Record(Line(call, bytes, dynamic, writeOnly));
+    if (bytes == 0) return DeviceResult::InvalidCall;  // as real devices do
     const DeviceResult answer = ScriptedGraphics::Next(answers);
     if (answer == DeviceResult::Ok) out = std::make_unique<ScriptedBuffer>(this, bytes, dynamic, writeOnly);
     return answer;
