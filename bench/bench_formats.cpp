@@ -1,7 +1,7 @@
 // The LZW decoder against libtiff's on one code stream, and archives of bzip2 entries against bare libbz2.
 //
 // Both sides of a comparison run in turn inside every iteration, on the processor time of the one thread, so that other
-// load on the machine weighs on both. The counters give each side's best time and "times_as_fast": how many times as
+// load on the machine weighs on both. The counters give each side's median time and "times_as_fast": how many times as
 // fast as the library we are.
 
 #include <benchmark/benchmark.h>
@@ -14,7 +14,6 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <iostream>
 #include <random>
 #include <sstream>
 #include <string>

@@ -1,10 +1,11 @@
 // Loaded into a program by LD_PRELOAD: ends it when its first frame is on the screen, after writing to the file
-// descriptor named by FIRST_FRAME_FD the moment (seconds of the monotonic clock), the processor time of the process so
-// far (seconds) and its largest resident memory (KiB).
+// descriptor named by FIRST_FRAME_FD the moment (seconds of the monotonic clock), the processor time of the process and
+// its ended children so far (seconds) and its largest resident memory (KiB).
 
 #include <SDL.h>
 #include <dlfcn.h>
 #include <epoxy/gl.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -18,6 +19,13 @@ double SecondsOf(clockid_t clock) {
     timespec now{};
     clock_gettime(clock, &now);
     return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
+}
+
+double ChildSeconds() {
+    rusage usage{};
+    getrusage(RUSAGE_CHILDREN, &usage);
+    return static_cast<double>(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
+           1e-6 * static_cast<double>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec);
 }
 
 // Not of getrusage, whose peak begins with that of the parent.
@@ -37,7 +45,7 @@ extern "C" void SDL_GL_SwapWindow(SDL_Window* window) {
     reinterpret_cast<void (*)(SDL_Window*)>(dlsym(RTLD_NEXT, "SDL_GL_SwapWindow"))(window);
     glFinish();
     const double moment = SecondsOf(CLOCK_MONOTONIC);
-    const double processor = SecondsOf(CLOCK_PROCESS_CPUTIME_ID);
+    const double processor = SecondsOf(CLOCK_PROCESS_CPUTIME_ID) + ChildSeconds();
     const char* descriptor = std::getenv("FIRST_FRAME_FD");
     if (descriptor) dprintf(std::atoi(descriptor), "%.9f %.9f %ld\n", moment, processor, PeakKiB());
     _exit(0);

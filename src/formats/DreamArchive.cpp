@@ -14,6 +14,7 @@
 #include "formats/Caps.h"
 #include "formats/Lzw.h"
 #include "platform/FileSystem.h"
+#include "platform/Memory.h"
 
 namespace {
 
@@ -168,7 +169,10 @@ std::string_view Unpacker::DecodeLzw(const Entry& entry) {
 // A buffer of the largest size gives what any smaller one that suffices would give, results and error codes alike, so
 // it is the only one tried. Its pages cost nothing until the library fills them.
 std::string_view Unpacker::DecodeBzip2(const Entry& entry, const std::string& outputPath) {
-    if (!decompressed) decompressed = std::make_unique_for_overwrite<char[]>(caps::entryBytes);
+    if (!decompressed) {
+        decompressed = std::make_unique_for_overwrite<char[]>(caps::entryBytes);
+        platform::PreferLargePages(decompressed.get(), caps::entryBytes);
+    }
     unsigned size = caps::entryBytes;
     // The library takes its source as non-const but only reads it.
     const int result = BZ2_bzBuffToBuffDecompress(decompressed.get(), &size, const_cast<char*>(entry.stored.data()),
