@@ -26,6 +26,15 @@ def wait_until(what, limit, seen):
     raise Missed(f'not seen within {limit} s: {what}')
 
 
+def read_text(path):
+    """The content of a file, empty while there is none."""
+    try:
+        with open(path, encoding='latin-1') as file:
+            return file.read()
+    except FileNotFoundError:
+        return ''
+
+
 class Display:
     """An Xvfb of its own, picked by the server itself."""
 
@@ -108,11 +117,13 @@ class Demo:
                               text=True).stdout.split()
 
     def text(self, name):
-        try:
-            with open(f'{self.folder}/{name}', encoding='latin-1') as file:
-                return file.read()
-        except FileNotFoundError:
-            return ''
+        return read_text(f'{self.folder}/{name}')
+
+    def copy_for_another_player(self):
+        """A second installation with the same addresses, so that its client has logs of its own."""
+        other = f'{self.folder}/another'
+        shutil.copytree(self.folder, other, ignore=shutil.ignore_patterns('_*.txt', 'kvn2_tmp', 'another'))
+        return other
 
     def server_saw(self, pattern, limit=20, since=0):
         return wait_until(f'the server log has {pattern!r}', limit,
@@ -134,13 +145,16 @@ class Demo:
 class Client:
     """The real program in its window."""
 
-    def __init__(self, demo, display):
-        self.demo, self.display = demo, display
-        self.process = subprocess.Popen([f'{demo.binaries}/kelvane'], cwd=demo.folder, env=display.environment)
-        wait_until('the graphics card is up', 60, lambda: 'Initial free texture memory' in demo.text('_stat.txt'))
+    def __init__(self, demo, display, folder=None):
+        self.demo, self.display, self.folder = demo, display, folder or demo.folder
+        self.process = subprocess.Popen([f'{demo.binaries}/kelvane'], cwd=self.folder, env=display.environment)
+        wait_until('the graphics card is up', 60, lambda: 'Initial free texture memory' in self.text('_stat.txt'))
         self.window = wait_until('the window', 20,
                                  lambda: display.xdotool('search', '--onlyvisible', '--name', TITLE))[0]
         wait_until('the first picture', 30, lambda: display.picture().lit(100, 20, 600, 100) > 0.005)
+
+    def text(self, name):
+        return read_text(f'{self.folder}/{name}')
 
     def press(self, key, seconds=0.3):
         """Holds a key for long enough that a frame sees it."""

@@ -148,6 +148,28 @@ def a_dream_that_is_gone(demo, display):
         demo.server_saw(rf'"{player}" sends: vascodagama')
 
 
+def two_players(demo, display):
+    other_display = Display()
+    try:
+        with Client(demo, display) as ada, Client(demo, other_display, demo.copy_for_another_player()) as bram:
+            ada.press('Return')
+            demo.server_saw('accepted the login of "Ada"')
+            bram.press('Down')
+            bram.press('Return')
+            demo.server_saw('accepted the login of "Bram"')
+            bram.type('Good morning')
+            bram.press('Return')
+            wait_until('Ada hears Bram', 20, lambda: '(Bram: Good morning\n' in ada.text('_netlog.txt'))
+            ada.type('/Bram psst')
+            ada.press('Return')
+            wait_until('Bram hears Ada whisper', 20, lambda: 'Ada whispers, "psst"' in bram.text('_netlog.txt'))
+            bram.press_close_button()
+            check(bram.ended() == 0, 'Bram leaves')
+            demo.server_saw('"Bram" has gone')
+    finally:
+        other_display.close()
+
+
 def no_server_at_all(demo, display):
     demo.stop_server()
     with Client(demo, display) as client:
@@ -161,7 +183,7 @@ def no_server_at_all(demo, display):
     check('  -connection refused by server\n' in errors and 'memory leaks' not in errors, 'the refusal is in the error log')
 
 
-TESTS = {test.__name__: test for test in (the_road, a_dream_that_is_gone, no_server_at_all)}
+TESTS = {test.__name__: test for test in (the_road, two_players, a_dream_that_is_gone, no_server_at_all)}
 
 
 def main():
