@@ -87,7 +87,8 @@ TEST_F(TextTest, FailuresAreReportedAndTriedAgain) {
     text.SetText("abc");
     using platform::DeviceResult;
     const std::pair<const char*, std::function<void()>> faults[] = {
-        {"Requested font size too small.  Must be at least 2.\n  call stack:\n", [&] { text.SetSize(1.9F); }},
+        {"Requested font size too small.  Must be at least 2.\n  call stack:\n",
+         [&] { text.SetFont("", 1.9F, false); }},
         {"Font name too long.  Can be 31 chars max.\n  -call stack:\n",
          [&] { text.SetFont(std::string(32, 'x'), 16, false); }},
         {"Font texture creation failed.\n  -call stack:\n", [&] { script.createTexture = {DeviceResult::Failed}; }},
@@ -105,8 +106,12 @@ TEST_F(TextTest, FailuresAreReportedAndTriedAgain) {
     }
     EXPECT_TRUE(graphics.draws.empty());
     script = platform::DeviceScript();
+    text.SetSize(32);  // stretches the font of 16
     text.Draw();
-    EXPECT_EQ(graphics.draws.size(), 1U);
+    ASSERT_EQ(graphics.draws.size(), 1U);
+    EXPECT_FLOAT_EQ(graphics.draws[0].FloatAt(2, 4), 32.005F);
+    const auto atlas = G::GetFont("", 16, false);
+    EXPECT_EQ(graphics.draws[0].textures[0], atlas->texture.Record()->api.object.get());
 }
 
 TEST_F(TextTest, RebuildsOnlyWhatChanged) {

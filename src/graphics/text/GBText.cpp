@@ -80,7 +80,7 @@ void Text::SetSize(float newSize) {
 
 void Text::SetFont(const std::string& newFace, float newSize, bool isCentred) {
     Change(faceName, newFace);
-    Change(size, newSize);
+    Change(fontSize, newSize);
     Change(centred, isCentred);
 }
 
@@ -97,7 +97,7 @@ TextMetrics Text::MetricsIn(const FontAtlas& font) const {
 
 void Text::Measure(float& measuredWidth, float& measuredHeight) {
     TextExtent extent;
-    if (const auto font = text.text.empty() ? nullptr : GetFont(faceName, size, centred))
+    if (const auto font = text.text.empty() ? nullptr : GetFont(faceName, fontSize, centred))
         extent = ExtentOf(WrapText(text.text, MetricsIn(*font), wrapWidth), size);
     measuredWidth = extent.width;
     measuredHeight = extent.height;
@@ -107,7 +107,7 @@ void Text::Measure(float& measuredWidth, float& measuredHeight) {
 void Text::Draw() {
     if (text.text.empty()) return;
     Shader& shader = TextShader();
-    const auto font = GetFont(faceName, size, centred);
+    const auto font = GetFont(faceName, fontSize, centred);
     if (!font) return;
     if (font != atlas || !built || vertexCount == 0) {
         // The buffer of an atlas that went with its device went too.
@@ -157,6 +157,7 @@ void DrawFreeText(const ColouredText& text, float x, float y, float size, const 
     }
     parts.freeText->SetText(text);
     parts.freeText->SetPosition(x, y);
+    parts.freeText->SetSize(size);
     parts.freeText->SetFont(faceName, size, centred);
     parts.freeText->Draw();
 }

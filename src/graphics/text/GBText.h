@@ -22,8 +22,9 @@ class Text {
     void SetText(const Vary& content);
     void SetText(const ColouredText& content);
     void SetPosition(float x, float y);  // of the first line's top left corner, in pixels
-    void SetSize(float size);            // of a line, a quad and the font, in pixels
-    // At most 31 characters of name, empty for the default face; the size as in SetSize.
+    void SetSize(float size);            // of a line and of each character's square, in pixels
+    // At most 31 characters of name, empty for the default face; the size that the font is drawn for, at least 2, which
+    // SetSize stretches.
     void SetFont(const std::string& faceName, float size, bool centred);
     void SetWrapWidth(float width);       // in pixels; 0: none
     void SetFixedAdvance(float advance);  // of centred fonts, as a fraction of the size
@@ -57,6 +58,7 @@ class Text {
     float wrapWidth = 0.0F;
     float size = 16.0F;
     float fixedAdvance = 0.5F;
+    float fontSize = 16.0F;
     std::string faceName;
     bool centred = false;
     std::shared_ptr<const FontAtlas> atlas;  // the one that the quads were built for

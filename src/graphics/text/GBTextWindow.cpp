@@ -35,6 +35,7 @@ void TextWindow::AddLine(const ColouredText& text) {
     line->SetText(text);
     lines.push_back(line);
     line->SetFont(faceName, fontSize, centred);
+    line->SetSize(fontSize);
     line->SetFixedAdvance(fixedAdvance);
     line->SetWrapWidth(std::trunc(width));
     float lineWidth = 0.0F;
