@@ -8,15 +8,14 @@
 namespace {
 
 TEST(CameraTracks, SpeedFollowsTheWayLeft) {
-    const float ways[] = {1, 2.5F, 7.5F, 30, 45, 100};
-    const float speeds[] = {1.6F, 4, 16, 70, 200, 300};
-    for (int i = 0; i < 6; ++i) {
+    for (const auto& [way, speed] :
+         {std::pair{1.0F, 1.6F}, {7.5F, 16.0F}, {30.0F, 70.0F}, {45.0F, 200.0F}, {100.0F, 300.0F}}) {
         Camera camera;
-        camera.SetPosition({0, ways[i], 0}, false);
+        camera.SetPosition({0, way, 0}, false);
         camera.Update(0.001F, false, false);
-        EXPECT_NEAR(camera.GetPosition().y, speeds[i] * 0.001F, speeds[i] * 1e-5F);
+        EXPECT_NEAR(camera.GetPosition().y, speed * 0.001F, speed * 1e-5F);
         camera.Update(1000, false, false);
-        EXPECT_EQ(camera.GetPosition().y, ways[i]);
+        EXPECT_EQ(camera.GetPosition().y, way);
     }
     Camera camera;
     camera.SetUp({0, 0, 5}, false);  // made 1 long; the square root of 2 away
