@@ -1,6 +1,6 @@
 // Runs a fuzz entry without libFuzzer: its seeds, then mutations of them, the same ones every time.
 //
-//   fuzz_map [-s SECONDS] [-r SEED] [FILE...]    seeds and mutations for so long; with files, these alone
+//   fuzz_map [-s SECONDS] [-r SEED] [FILE...]    seeds and mutations for so long (else $FUZZ_SECONDS, else 3); with files, these alone
 //   fuzz_map -w FOLDER                           writes the seeds, as a corpus for libFuzzer
 //
 // The input at hand lies in "<program>.input" in the folder where the program was started, so that it can be given
@@ -124,7 +124,8 @@ void WriteSeeds(const std::filesystem::path& folder) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    double seconds = 10.0;
+    const char* environment = std::getenv("FUZZ_SECONDS");
+    double seconds = environment ? std::atof(environment) : 3.0;
     unsigned seed = 1;
     for (int option = getopt(argc, argv, "s:r:w:"); option != -1; option = getopt(argc, argv, "s:r:w:")) {
         if (option == 's')
