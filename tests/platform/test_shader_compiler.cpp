@@ -157,7 +157,7 @@ TEST(ShaderCompiler, GivesSamplersTheirStages) {
 }
 
 TEST(ShaderCompiler, SurvivesHostileText) {
-    std::string doubling = "#define m0 r\n";
+    std::string doubling = "#define m0 r +\n";
     for (unsigned at = 1; at < 40; ++at) {
         const std::string last = " m" + std::to_string(at - 1);
         doubling += "#define m" + std::to_string(at) + last + last + "\n";
@@ -170,6 +170,7 @@ TEST(ShaderCompiler, SurvivesHostileText) {
         Fragment("r = c" + Repeated("+c", 60000) + ";"),
         Fragment(Repeated("if (n) r = c; else ", 20000) + "r = c;"),
         doubling + Fragment("m39;"),
+        doubling + "#if m39 0\n#endif\n" + Fragment(""),
         "#include \"other.hlsl\"\n" + Fragment(""),
         "#if 1\n#if 1\n/* \"",
         "#if " + Repeated("(", 200000) + "1\n#endif\n" + Fragment(""),
@@ -185,6 +186,8 @@ TEST(ShaderCompiler, SurvivesHostileText) {
         std::string messages;
         EXPECT_FALSE(CompileShader(source, "test.hlsl", "main", "ps_2_0", shader, messages)) << source.substr(0, 100);
         EXPECT_THAT(messages, HasSubstr("test.hlsl")) << source.substr(0, 100);
+        const bool tookLong = source.starts_with("#define m0") && messages.find("broke down") != std::string::npos;
+        EXPECT_FALSE(tookLong) << "macros that double are refused before the compiler sees them";
     }
 }
 

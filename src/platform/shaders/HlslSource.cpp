@@ -68,8 +68,8 @@ std::string AtLine(const HlslToken& token, const std::string& text) {
 }
 
 bool CheckMacros(const HlslTokens& lexer, std::string& reason) {
-    std::vector<std::string> words;
-    words.reserve(lexer.tokens.size());
+    std::vector<std::string> words = lexer.conditions;
+    words.reserve(words.size() + lexer.tokens.size());
     for (const HlslToken& token : lexer.tokens)
         words.push_back(token.text);
     if (MacroSizes(lexer.macros).Of(words) <= maximumMacroTokens) return true;

@@ -91,6 +91,8 @@ class Lexer {
             }
         }
         if (words.size() >= 2 && words[0] == "define") Define(words, takesParameters);
+        if (!words.empty() && (words[0] == "if" || words[0] == "elif"))
+            out.conditions.insert(out.conditions.end(), words.begin() + 1, words.end());
     }
 
     void Define(const std::vector<std::string>& words, bool takesParameters) {

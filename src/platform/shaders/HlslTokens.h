@@ -20,7 +20,8 @@ struct HlslMacro {
 };
 
 struct HlslTokens {
-    std::vector<HlslToken> tokens;  // without comments and directives
+    std::vector<HlslToken> tokens;        // without comments and directives
+    std::vector<std::string> conditions;  // the words of every #if and #elif
     std::map<std::string, HlslMacro>
         macros;  // by name; of several definitions of one name all are here, one behind the other
 };
