@@ -2,7 +2,7 @@
 
 build_packages=(g++ cmake ninja-build ccache pkg-config
   libsdl2-dev libsdl2-image-dev libepoxy-dev glslang-dev glslang-tools spirv-tools libspirv-cross-c-shared-dev libfreetype-dev
-  libfontconfig-dev fonts-liberation libbz2-dev libdw-dev libasio-dev libgl1-mesa-dri)
+  libfontconfig-dev fonts-liberation libbz2-dev libdw-dev libasio-dev libtinyobjloader-dev libgl1-mesa-dri)
 test_packages=(libgtest-dev libgmock-dev)
 screen_packages=(xvfb xdotool x11-utils imagemagick)
 bench_packages=(libbenchmark-dev libtiff-dev libpixman-1-dev)

@@ -33,10 +33,17 @@ float NarrowToFloat(double value) {
     return static_cast<float>(value);
 }
 
+ModelMessageSink messageSink = nullptr;
+
 }  // namespace
+
+void SetModelMessageSink(ModelMessageSink sink) {
+    messageSink = sink;
+}
 
 void MeshTokenizer::Tell(std::string message) {
     std::erase(message, '\0');  // which would end a log's piece
+    if (messageSink) messageSink(wordStart, message);
     messages.Add(message);
 }
 
@@ -50,6 +57,7 @@ std::string_view MeshTokenizer::RawToken() {
     while (position < text.size() && IsSpace(text[position]))
         ++position;
     const std::size_t start = position;
+    wordStart = start;
     while (position < text.size() && !IsSpace(text[position]))
         ++position;
     ranToEnd = position == text.size();

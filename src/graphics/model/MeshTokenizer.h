@@ -10,6 +10,12 @@
 
 namespace G {
 
+// Told of every message about a text, with the offset of the word that was read last; its end when nothing is left. For
+// programs that point at the place.
+using ModelMessageSink = void (*)(std::size_t offset, const std::string& message);
+// Null, as at the start, drops them.
+void SetModelMessageSink(ModelMessageSink sink);
+
 // Reads text that it does not own; its words are valid as long as the text. What goes wrong sets the error flag, which
 // stays, and is told to `messages`; reading goes on, and every loop over the words ends, because at the end of the text
 // they are empty.
@@ -53,6 +59,7 @@ class MeshTokenizer {
     const std::string_view text;
     CappedMessages& messages;
     std::size_t position = 0;
+    std::size_t wordStart = 0;    // of the word before `position`
     std::string_view pushedBack;  // empty: none
     bool error = false;
     bool ended = false;
