@@ -9,6 +9,7 @@
 namespace {
 
 const std::string itemFolder = "data\\items\\";
+const std::string placeholderName = "data\\items\\placeholder.mbm";
 
 bool LoadModel(G::Mesh& model, const std::string& name) {
     const std::string path = ContainedPath(itemFolder, name);
@@ -35,7 +36,7 @@ void ItemTable::Load() {
         return;
     }
     G::Mesh placeholder;
-    LoadModel(placeholder, "placeholder.mbm");
+    (void)placeholder.Load(placeholderName, true, false, true);
     entries.assign(LargestNumber(lines[0]) + 1, placeholder);
     entries[0].Release();
     for (std::size_t i = 1; i < lines.size(); ++i)
@@ -44,14 +45,14 @@ void ItemTable::Load() {
 
 void ItemTable::LoadLine(const std::vector<std::string>& words, const std::string& lineNumber) {
     if (words.empty()) return;
-    const std::string error = "Error in line " + lineNumber + " of items.txt: ";
+    const std::string error = "Error in line " + lineNumber;
     if (words.size() % 2 != 0)
         return errorLog.Write(error +
                               (words.size() <= 2 ? "missing model name?\n" : "mismatched texture replacement pair?\n"));
     const int number = DecimalOf(words[0]);
-    if (number < 1) return errorLog.Write(error + "object number must be >=1\n");
+    if (number < 1) return errorLog.Write(error + " of items.txt: object number must be >=1\n");
     if (static_cast<std::size_t>(number) >= entries.size())
-        return errorLog.Write(error + "an object number greater than the max number was specified.\n");
+        return errorLog.Write(error + " of items.txt: an object number greater than the max number was specified.\n");
     G::Mesh model;
     if (!LoadModel(model, words[1])) return;
     ReplaceTextures(model, words, lineNumber);

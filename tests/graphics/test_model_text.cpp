@@ -50,6 +50,7 @@ TEST_F(Models, AreBuiltFromText) {
     const G::MeshRecord& mesh = low->mesh.Mesh();
     ASSERT_EQ(mesh.chunks.size(), 2U);
     EXPECT_EQ(mesh.chunks[0].texture0.FileName(), "art\\tri.png");
+    EXPECT_FALSE(mesh.chunks[0].texture0.Record()->mipmapped);
     EXPECT_TRUE(mesh.chunks[0].texture1.IsLoaded());
     EXPECT_EQ(mesh.positionIndices, (std::vector<std::uint16_t>{0, 1, 2, 3, 3, 3}));
     std::uint32_t colour = 0;

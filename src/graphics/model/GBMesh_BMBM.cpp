@@ -55,8 +55,7 @@ bool WriteWhole(const std::string& path, const std::string& bytes) {
 
 // The folder of the model that a cache path stands for.
 std::string ModelFolderOf(const std::string& cachePath) {
-    const std::string below = MeshCachePath("");
-    const std::string root = DirectoryOf(below);
+    const std::string root = DirectoryOf(MeshCachePath(""));
     const std::string folder = DirectoryOf(cachePath);
     return folder.starts_with(root) ? folder.substr(root.size()) : folder;
 }
@@ -157,6 +156,10 @@ bool Rebuilding::TakeChildren(Bone& parent, const std::vector<std::string>& name
 }
 
 }  // namespace
+
+std::string MeshCachePath(const std::string& fileName) {
+    return "gen\\" + WithoutExtension(fileName) + ".bmbm";
+}
 
 bool SaveMeshBMBM(const std::string& path, const ModelHeader& header) {
     std::string bytes;

@@ -6,12 +6,15 @@
 #include <string_view>
 #include <vector>
 
-#include "graphics/model/GBMesh_LoadMBM.h"
+#include "graphics/model/ModelHeader.h"
 
 namespace G {
 
 class Bone;
 struct MeshRecord;
+
+// Where a model's cache lies: the model's path without its extension, below "gen".
+std::string MeshCachePath(const std::string& fileName);
 
 // Writes the model of `header`. False, with the reason in the error log, when it cannot be written or does not fit the
 // layout's counts; then an older cache stays as it was.

@@ -12,10 +12,6 @@
 
 namespace G {
 
-std::string MeshCachePath(const std::string& fileName) {
-    return "gen\\" + WithoutExtension(fileName) + ".bmbm";
-}
-
 bool LoadMeshMBM(const std::string& fileName, bool readableMeshes, ModelHeader& header, bool optimize) {
     const ProfileRegion region("Load Mesh (mbm or bmbm)", "GBMesh_LoadMBM");
     header.topBone = nullptr;

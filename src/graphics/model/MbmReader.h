@@ -7,9 +7,9 @@
 
 #include "formats/CappedMessages.h"
 #include "graphics/model/GBBone.h"
-#include "graphics/model/GBMesh_LoadMBM.h"
 #include "graphics/model/MeshRecord.h"
 #include "graphics/model/MeshTokenizer.h"
+#include "graphics/model/ModelHeader.h"
 
 namespace G {
 
