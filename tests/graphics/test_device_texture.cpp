@@ -325,9 +325,12 @@ TEST_F(Textures, VolumesComeFromListsOfLayers) {
                                                                what + " of all files must be the same.\n  - " + layer +
                                                                " doesn't match the first layer in the list.\n");
     AddPicture("vol\\..\\secret.bmp", 4, 2, Argb32);
+    const std::string failed = "A layer of 3D texture \"vol\\x.t3d\" failed to load... 3d texture load failed.\n";
     for (const char* list : {"a.bmp z.bmp", "..\\secret.bmp"})
-        EXPECT_TRUE(errorsOf(list).ends_with(
-            "A layer of 3D texture \"vol\\x.t3d\" failed to load... 3d texture load failed.\n"));
+        EXPECT_TRUE(errorsOf(list).ends_with(failed));
+    platform::ImagePixels& large = AddPicture("vol\\large.bmp", 1, 1, Rgb24).image;
+    large.width = large.height = 1U << 15;
+    EXPECT_EQ(errorsOf("large.bmp"), failed) << "not read at all";
     EXPECT_FALSE(Texture().LoadCC("vol\\x.t3d"));
     EXPECT_EQ(TakeErrors(), "Color key not supported on 3d textures.\n");
     scripted.script.texturesLock = false;

@@ -28,6 +28,7 @@ using platform::PixelFormat;
 
 constexpr std::uint32_t opaqueBlack = 0xFF000000U;
 constexpr std::size_t mostLayers = 2048;  // the deepest volume of the cards known; a list of more is not worth reading
+constexpr std::uint64_t mostLayerPixels = 1U << 28;  // 1 GiB, more than a device takes
 
 struct ImageDescription {
     std::uint32_t width = 0;
@@ -133,10 +134,14 @@ bool ReportLayer(const std::string& fileName, const std::string& layer, const ch
 // Every layer of a list, all of one form; false with the reason in the error log.
 bool LoadLayers(const std::string& fileName, const std::vector<std::string>& names,
                 std::vector<std::unique_ptr<LoadedImage>>& layers) {
+    std::uint64_t pixels = 0;
     for (const std::string& name : names) {
         const std::string path = ContainedPath(DirectoryOf(fileName), name);
+        ImageDescription description;
+        (void)ReadDescription(path, description);  // what cannot be read is told of below
+        pixels += std::uint64_t{description.width} * description.height;
         layers.push_back(std::make_unique<LoadedImage>());
-        if (!path.empty() && layers.back()->Load(path)) continue;
+        if (!path.empty() && pixels <= mostLayerPixels && layers.back()->Load(path)) continue;
         errorLog.Write("A layer of 3D texture \"" + fileName + "\" failed to load... 3d texture load failed.\n");
         return false;
     }

@@ -106,9 +106,9 @@ void Text::Measure(float& measuredWidth, float& measuredHeight) {
 
 void Text::Draw() {
     if (text.text.empty()) return;
-    Shader& shader = TextShader();
     const auto font = GetFont(faceName, fontSize, centred);
-    if (!font) return;
+    if (!font) return;  // before the shader: a text drawn too early must not leave one that never loaded
+    Shader& shader = TextShader();
     if (font != atlas || !built || vertexCount == 0) {
         // The buffer of an atlas that went with its device went too.
         if (atlas && !atlas->texture.IsLoaded()) quads = DXG::VertexBuffer();
