@@ -47,7 +47,7 @@ void ItemTable::LoadLine(const std::vector<std::string>& words, const std::strin
     if (words.empty()) return;
     const std::string error = "Error in line " + lineNumber;
     if (words.size() % 2 != 0)
-        return errorLog.Write(error +
+        return errorLog.Write(error + " of items.txt: " +
                               (words.size() <= 2 ? "missing model name?\n" : "mismatched texture replacement pair?\n"));
     const int number = DecimalOf(words[0]);
     if (number < 1) return errorLog.Write(error + " of items.txt: object number must be >=1\n");
