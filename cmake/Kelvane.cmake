@@ -73,5 +73,6 @@ function(kelvane_test name)
   endif()
   set_tests_properties(${name} PROPERTIES TIMEOUT 300 LABELS "${labels}")
   # llvmpipe on the calling thread alone gives the same pixels every time.
-  set_property(TEST ${name} PROPERTY ENVIRONMENT "LP_NUM_THREADS=0;KELVANE_SOURCE_DIR=${PROJECT_SOURCE_DIR}")
+  set_property(TEST ${name} PROPERTY ENVIRONMENT "LP_NUM_THREADS=0;KELVANE_SOURCE_DIR=${PROJECT_SOURCE_DIR}"
+    "LSAN_OPTIONS=print_suppressions=0:suppressions=${PROJECT_SOURCE_DIR}/tests/support/leaks.supp")
 endfunction()
