@@ -197,15 +197,14 @@ TEST_F(Shaders, StandardMatricesAreWrittenExactly) {
     ASSERT_TRUE(other.Load("s\\a", ""));
     other.Set();
     EXPECT_EQ(scripted.device->current.fragmentShader, nullptr) << "a missing stage is the fixed function's";
-    const platform::ScriptedShader& current = Stage(other.Record()->api.vertex);
+    const platform::ScriptedShader& stage = Stage(other.Record()->api.vertex);
     G::Shader().Set();
     G::UpdateShaderMatrices();
-    EXPECT_EQ(current.values.at("ModelMatrix").writes, 1) << "none is current";
-    EXPECT_EQ(scripted.device->current.vertexShader, nullptr);
+    EXPECT_EQ(stage.values.at("ModelMatrix").writes, 1) << "none is current";
     other.Set();
     other.Release();
-    EXPECT_EQ(scripted.device->current.vertexShader, nullptr) << "the current shader went";
     G::UpdateShaderMatrices();
+    EXPECT_EQ(scripted.device->current.vertexShader, nullptr) << "the current shader went";
     shader.Set();
     foundation.Stop();
     EXPECT_FALSE(shader.IsLoaded()) << "shaders go with the device";

@@ -48,23 +48,6 @@ TEST_F(GlDevice, CoversPixelsAsDirect3D9Does) {
     }
 }
 
-TEST_F(GlDevice, DrawsTexelsOneToOne) {
-    std::vector<std::uint32_t> texels(16);
-    for (std::uint32_t at = 0; at < 16; ++at)
-        texels[at] = 0xFF000000 | at * 0x0F0701 | (15 - at) << 20;
-    const auto texture = Texture(PixelFormat::A8R8G8B8, 4, 4, texels, 4);
-    device->SetTexture(0, texture.get());
-    // At a whole position the texels' own edges lie on the pixel centres, at 0.005 the picture is one pixel further.
-    for (const unsigned first : {0U, 1U}) {
-        const float offset = first > 0 ? 0.005F : 0;
-        ClearTo(black);
-        Draw(Quad(20 + offset, 30 + offset, 24 + offset, 34 + offset));
-        Read();
-        for (unsigned at = 0; at < 16; ++at)
-            EXPECT_EQ(At(20 + first + at % 4, 30 + first + at / 4), texels[at]) << at << " at " << offset;
-    }
-}
-
 TEST_F(GlDevice, DropsFacesByTheirTurnOnScreen) {
     const std::vector<Vertex> clockwise{{10, 10, 0, red}, {30, 10, 0, red}, {10, 30, 0, red}};
     const std::vector<Vertex> counter{{40, 10, 0, green}, {40, 30, 0, green}, {60, 10, 0, green}};
@@ -111,19 +94,6 @@ TEST_F(GlDevice, KeepsDepthOrderFromZeroToOne) {
     EXPECT_EQ(At(16, 40), black);
     EXPECT_EQ(At(48, 40), green);
     EXPECT_EQ(At(16, 10), blue);
-}
-
-TEST_F(GlDevice, ClipsToTheViewport) {
-    device->SetViewport({10, 4, 20, 8, 0, 1});
-    device->SetTransform(TransformKind::Projection, Pixels(10, 4, 20, 8));
-    Draw(Quad(-100, -100, 200, 200, 0, red));
-    Draw({{15, 0, 0, green}, {15, 40, 0, green}, {0, 6, 0, green}, {60, 6, 0, green}}, Primitive::Lines);
-    Read();
-    EXPECT_EQ(RegionOf(black).count, pictureWidth * pictureHeight - 20 * 8);
-    EXPECT_EQ(At(10, 4), red);
-    EXPECT_EQ(At(29, 11), red);
-    EXPECT_EQ(At(15, 8), green);
-    EXPECT_EQ(At(20, 6), green);
 }
 
 TEST_F(GlDevice, TestsAlphaByEachFunction) {

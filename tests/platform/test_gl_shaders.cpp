@@ -123,13 +123,6 @@ TEST_F(GlDevice, KeepsConstantsByStageUntilTheyChange) {
     EXPECT_EQ(shows(first), 0xFFFF6699);
 }
 
-TEST_F(GlDevice, FlatShadingTakesTheFirstCorner) {
-    Set(RenderState::Shade, ShadeMode::Flat);
-    Draw({{0, 0, 0, green}, {64, 0, 0, red}, {0, 48, 0, red}});
-    Read();
-    EXPECT_EQ(At(10, 10), green);
-}
-
 // A stage that goes away while it is bound leaves the fixed function in its place.
 TEST_F(GlDevice, ForgetsStagesThatGo) {
     for (int round = 0; round < 3; ++round) {
