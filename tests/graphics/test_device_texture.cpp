@@ -5,6 +5,7 @@
 #include <cstring>
 #include <optional>
 #include <thread>
+#include <tuple>
 
 #include "graphics/FakeImageCodec.h"
 #include "graphics/device/DXGTexture.h"
@@ -68,26 +69,25 @@ TEST_F(Textures, ImagesThatCannotBeUsedAreReported) {
     AddPicture("damaged.bmp", 16, 16, Rgb24).status = platform::ImageStatus::InvalidData;
     AddPicture("fine.bmp", 16, 16, Rgb24);
     folder.Write("real.dds", "DDS ");
-    const auto fails = [&](const char* file, TextureType type, DeviceResult creation, const std::string& errors) {
+    const std::string failed = "Failed to load image ";
+    const std::string hundred = "Unable to load image \"hundred.bmp\"\n  -dimensions must be powers of 2\n";
+    using enum DeviceResult;
+    const std::tuple<const char*, TextureType, DeviceResult, std::string> rows[] = {
+        {"fine.bmp", Free, Ok, "Error: attempt to load texture of type FREE\n" + stack},
+        {"none.bmp", AsFile, Ok, failed + "\"none.bmp\"\n" + stack},
+        {"real.dds", AsFile, Ok,
+         "Error: .dds file(real.dds) being loaded.  This format is depreciated for compatability reasons. Failing.\n"},
+        {"hundred.bmp", AsFile, Ok, hundred + stack},
+        {"damaged.bmp", AsFile, Ok, failed + "\"damaged.bmp\"\n  -file contains invalid data\n" + stack},
+        {"fine.bmp", CubeMap, Ok, failed + "\"fine.bmp\"\n  -graphics device doesn't support requested type\n" + stack},
+        {"fine.bmp", Colour, OutOfVideoMemory, failed + "\"fine.bmp\"\n  -graphics device out of memory\n" + stack},
+        {"fine.bmp", Colour, Failed, failed + "\"fine.bmp\"\n" + stack}};
+    for (const auto& [file, type, creation, errors] : rows) {
         scripted.script.createTexture = {creation};
         Texture texture;
         EXPECT_FALSE(texture.Load(file, type, false, false) || texture.IsLoaded());
         EXPECT_EQ(TakeErrors(), errors);
-        scripted.script.createTexture.clear();
-    };
-    const DeviceResult ok = DeviceResult::Ok;
-    const std::string fine = "Failed to load image \"fine.bmp\"\n";
-    const std::string damaged = "Failed to load image \"damaged.bmp\"\n  -file contains invalid data\n";
-    const std::string hundred = "Unable to load image \"hundred.bmp\"\n  -dimensions must be powers of 2\n";
-    fails("fine.bmp", Free, ok, "Error: attempt to load texture of type FREE\n" + stack);
-    fails("none.bmp", AsFile, ok, "Failed to load image \"none.bmp\"\n" + stack);
-    fails("real.dds", AsFile, ok,
-          "Error: .dds file(real.dds) being loaded.  This format is depreciated for compatability reasons. Failing.\n");
-    fails("hundred.bmp", AsFile, ok, hundred + stack);
-    fails("damaged.bmp", AsFile, ok, damaged + stack);
-    fails("fine.bmp", CubeMap, ok, fine + "  -graphics device doesn't support requested type\n" + stack);
-    fails("fine.bmp", Colour, DeviceResult::OutOfVideoMemory, fine + "  -graphics device out of memory\n" + stack);
-    fails("fine.bmp", Colour, DeviceResult::Failed, fine + stack);
+    }
 }
 
 TEST_F(Textures, LevelsAndAspect) {
