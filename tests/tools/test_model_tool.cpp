@@ -137,6 +137,39 @@ TEST_F(ModelTool, CheckPrintsEachProblemAtItsLine) {
     EXPECT_THAT(run.output, testing::EndsWith("m.mbm: ok\n")) << "what one file does is forgotten for the next";
 }
 
+TEST_F(ModelTool, CheckShowsTheFirstHundredProblems) {
+    std::string vertices;
+    for (int i = 0; i < 150; ++i)
+        vertices += "   0 0 " + std::to_string(i) + " 0 0 0 0 0\n";
+    folder.Write("m.mbm", ModelText("  TextureB { 0 t.png }\n  Vertices { PNT2 150\n" + vertices +
+                                    "  }\n  Indices { 3 0 1 2 }\n"));
+    WritePicture("t.png", 4, 4);
+    const ToolRun run = RunTool("check m.mbm");
+    EXPECT_EQ(std::count(run.output.begin(), run.output.end(), '\n'), 101) << run.output;
+    EXPECT_THAT(run.output, HasSubstr("\nm.mbm:106: loading mbm mesh problem found"));
+    EXPECT_THAT(run.output, testing::EndsWith("\nm.mbm: and 50 more problems\n"));
+}
+
+TEST_F(ModelTool, InfoTellsWhatIsInside) {
+    WritePicture("t.png", 8, 4);
+    // Vertices 0 and 3 are the same, and both bones carry the one mesh.
+    std::string chunk = Replaced(goodChunk, "PNT2 3\n", "PNT2 4\n");
+    chunk = Replaced(Replaced(chunk, "0 1 0 1\n  }", "0 1 0 1\n   0 0 0 0 0 1 0 0\n  }"), "3 0 1 2", "6 0 1 2 3 1 2");
+    folder.Write("sub/m.mbm", ModelText(chunk,
+                                        "Bone { Name { root } Mesh { tri } Child { arm } }\n"
+                                        "Bone { Name { arm } Mesh { tri } ConnectPos { 0 0 1.5 } }\n"));
+    folder.Write("sub/t.png", folder.Read("t.png"));
+    EXPECT_EQ(RunTool("info sub/m.mbm").output,
+              "sub/m.mbm\n"
+              "  1 mesh, 1 chunk, 3 vertices, 2 triangles after welding\n"
+              "  from 0 0 0 to 1 1 1.5\n"
+              "  RandomID 0.5\n"
+              "  1 texture\n    sub/t.png, 8 x 4\n"
+              "  2 bones\n"
+              "    root, mesh tri: 1 chunk, 3 vertices, 2 triangles\n"
+              "      arm at 0 0 1.5, mesh tri: 1 chunk, 3 vertices, 2 triangles\n");
+}
+
 TEST_F(ModelTool, ObjBecomesAModelTheRightWayAround) {
     WritePicture("wood pic.png", 4, 2);
     WritePicture("plain.png", 3, 5);
@@ -176,6 +209,43 @@ TEST_F(ModelTool, ObjBecomesAModelTheRightWayAround) {
     EXPECT_THAT(RunTool("info fit.mbm").output, HasSubstr("\n  from -0.75 0 0 to 0.75 0 3\n"));
 }
 
+TEST_F(ModelTool, PicturesStayWhereTheModelReachesThem) {
+    folder.Write("out/skins/a.txt", "");
+    WritePicture("out/skins/a.png", 4, 4);
+    WritePicture("b.png", 4, 4);
+    std::filesystem::create_symlink(folder.Path() + "/b.png", folder.Path() + "/out/skins/b.png");
+    folder.Write("in.mtl", "newmtl a\nmap_Kd out\\skins\\A.PNG\nnewmtl b\nmap_Kd out/skins/b.png\n");
+    const std::string obj = "mtllib in.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\nusemtl a\nf 1 2 3\nusemtl b\nf 1 2 3\n";
+    folder.Write("in.obj", obj);
+    EXPECT_EQ(RunTool("from-obj in.obj out/m.mbm").code, 0);
+    EXPECT_THAT(folder.Read("out/m.mbm"), HasSubstr("{ 0 skins\\a.png }"));
+    EXPECT_THAT(folder.Read("out/m.mbm"), HasSubstr("{ 0 m_b.png }")) << "the client follows no links";
+    EXPECT_EQ(RunTool("check out/m.mbm").output, "out/m.mbm: ok\n");
+
+    const std::string before = folder.Read("out/m.mbm");
+    EXPECT_EQ(RunTool("from-obj in.obj out/m.mbm --scale 1e38").code, 0);
+    EXPECT_NE(folder.Read("out/m.mbm"), before);
+    folder.Write("in.obj", obj + "v 1e30 0 0\nusemtl lost\nf 1 2 4\n");
+    const ToolRun run = RunTool("from-obj in.obj out/m.mbm --scale 1e38");
+    EXPECT_EQ(run.code, 1);
+    EXPECT_THAT(run.output, HasSubstr("the model is too large for its scale"));
+    EXPECT_THAT(folder.Read("out/m.mbm"), testing::StartsWith("RandomID")) << "the old model stays";
+    EXPECT_THAT(RunTool("from-obj in.obj out/m.mbm").output, HasSubstr("'lost'"));
+}
+
+TEST_F(ModelTool, NormalsAreTakenOrSmoothed) {
+    const std::string roof = "v 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 0 -1\n";
+    folder.Write("in.obj", roof + "f 1 2 3\nf 1 4 2\n");
+    ASSERT_EQ(RunTool("from-obj in.obj m.mbm").code, 0);
+    // The edge from 1 to 2 lies between a face towards +z and one towards -y of the OBJ.
+    EXPECT_THAT(folder.Read("m.mbm"), HasSubstr("   0 0 0 0 0.7071")) << folder.Read("m.mbm");
+    EXPECT_THAT(folder.Read("m.mbm"), HasSubstr("   1 0 1 0 1 0 ")) << "a corner of one face alone";
+    folder.Write("in.obj", roof + "vn 0 3 0\nvn 0 0 0\nf 1//1 2//1 3//2\n");
+    ASSERT_EQ(RunTool("from-obj in.obj m.mbm").code, 0);
+    EXPECT_THAT(folder.Read("m.mbm"), HasSubstr("   0 0 0 0 0 1 ")) << "of length 1";
+    EXPECT_THAT(folder.Read("m.mbm"), HasSubstr("   1 0 1 0 1 0 ")) << "instead of none";
+}
+
 TEST_F(ModelTool, LargeObjsAreSplitSoThatTheyCanBeCached) {
     constexpr int side = 106;  // 2 * 105 * 105 triangles, more than the 21845 of one index buffer
     std::string obj;
@@ -191,6 +261,15 @@ TEST_F(ModelTool, LargeObjsAreSplitSoThatTheyCanBeCached) {
     EXPECT_THAT(run.output, HasSubstr("grid.mbm: meshes 2, chunks 2, vertices "));
     EXPECT_THAT(run.output, HasSubstr("triangles 22050\n"));
     EXPECT_EQ(RunTool("check grid.mbm").output, "grid.mbm: ok\n") << "a cache that cannot be written is a problem";
+    // Materials of 8000 triangles, of which two fit into the cache of one mesh.
+    std::string pieces = "v 0 0 0\nv 1 0 0\nv 0 1 0\n";
+    for (int i = 0; i < 5 * 8000; ++i)
+        pieces += (i % 8000 == 0 ? "usemtl m" + std::to_string(i / 8000) + "\n" : "") + "f 1 2 3\n";
+    folder.Write("pieces.obj", "mtllib pieces.mtl\n" + pieces);
+    folder.Write("pieces.mtl", "newmtl m0\nnewmtl m1\nnewmtl m2\nnewmtl m3\nnewmtl m4\n");
+    EXPECT_THAT(RunTool("from-obj pieces.obj pieces.mbm").output, HasSubstr(": meshes 3, chunks 5, vertices 15, "));
+    EXPECT_EQ(RunTool("check pieces.mbm").output, "pieces.mbm: ok\n");
+
     const std::string info = RunTool("info grid.mbm").output;
     EXPECT_THAT(info, HasSubstr("  2 meshes, 2 chunks, "));
     EXPECT_THAT(info, HasSubstr("21845 triangles\n      part2, mesh grid_2: 1 chunk, "));
@@ -222,6 +301,14 @@ TEST_F(ModelTool, ModelsComeBackAsObjAtRest) {
     EXPECT_THAT(obj, HasSubstr("g arm\nusemtl material1\nv 0 0 2\n"));
     EXPECT_THAT(obj, HasSubstr("\nv 0 -1 2\n")) << "(1, 0, 0) turned to (0, 1, 0) and mirrored";
     EXPECT_THAT(obj, HasSubstr("\nf 1/1/1 3/3/3 2/2/2\n"));
+    const std::string painted =
+        "  Vertices { PNC 3\n   0 0 0 0 0 1 1 0 0 1\n   1 0 0 0 0 1 0 1 0 1\n   0 1 0 0 0 1 0 0 1 1\n  }\n"
+        "  Indices { 3 0 1 2 }\n";
+    folder.Write("painted.mbm", ModelText(painted));
+    EXPECT_EQ(RunTool("to-obj painted.mbm painted.obj").code, 0);
+    EXPECT_THAT(folder.Read("painted.obj"), HasSubstr("\nv 1 0 0 0 1 0\nvn 0 1 0\n"));
+    EXPECT_THAT(RunTool("from-obj painted.obj again.mbm").output,
+                HasSubstr("the colours of the vertices are left out"));
     EXPECT_EQ(folder.Read("m.mtl"), "newmtl material1\nKd 1 1 1\nmap_Kd t.png\n");
 }
 

@@ -45,4 +45,31 @@ TEST(ModelPicture, ShowsOutsidesOnTransparentGround) {
         ASSERT_EQ(pixel >> 24, 0U);
 }
 
+// A board that faces the camera. Its texture has red at the left and blue at the right, dark in the lower half.
+TEST(ModelPicture, ShowsTexturesUprightAndUnmirrored) {
+    const support::TestFolder folder;
+    const std::uint32_t argb[16] = {0xFFFF0000U, 0xFFFF0000U, 0xFF0000FFU, 0xFF0000FFU, 0xFFFF0000U, 0xFFFF0000U,
+                                    0xFF0000FFU, 0xFF0000FFU, 0xFF600000U, 0xFF600000U, 0xFF000060U, 0xFF000060U,
+                                    0xFF600000U, 0xFF600000U, 0xFF000060U, 0xFF000060U};
+    ASSERT_TRUE(platform::WritePng("t.png", argb, 4, 4));
+    folder.Write("m.mtl", "newmtl t\nmap_Kd t.png\n");
+    const std::string places = "vt 0 0\nvt 1 0\nvt 1 1\nvt 0 1\nusemtl t\nf 1/1 2/2 3/3 4/4\n";
+    // In OBJ's axes the board looks along +z and +x, in those of a file with z up along -y and +x.
+    folder.Write("y.obj", "mtllib m.mtl\nv -1 0 1\nv 1 0 -1\nv 1 2 -1\nv -1 2 1\n" + places);
+    folder.Write("z.obj", "mtllib m.mtl\nv -1 -1 0\nv 1 1 0\nv 1 1 2\nv -1 -1 2\n" + places);
+    for (const std::string up : {"y", "z"}) {
+        ASSERT_EQ(RunTool("from-obj " + up + ".obj m.mbm --up " + up).code, 0);
+        const platform::ImagePixels image = Draw("--size 64x64");
+        const auto channel = [&](int x, int y, unsigned shift) {
+            return static_cast<int>(image.argb.at(static_cast<std::size_t>(y * 64 + x)) >> shift & 0xFFU);
+        };
+        EXPECT_GT(channel(16, 22, 16), channel(16, 22, 0) + 60) << "the left is red; up " << up;
+        EXPECT_GT(channel(48, 22, 0), channel(48, 22, 16) + 60) << "the right is blue; up " << up;
+        EXPECT_GT(channel(16, 22, 16), channel(16, 42, 16) + 40) << "the top is bright; up " << up;
+    }
+    EXPECT_EQ(RunTool("picture m.mbm p.png --data .").code, 1);
+    EXPECT_EQ(RunTool("picture absent.mbm q.png").code, 1);
+    EXPECT_FALSE(folder.Has("q.png"));
+}
+
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <tiny_obj_loader.h>
 
+#include <algorithm>
 #include <cmath>
 #include <sstream>
 #include <stdexcept>
@@ -55,6 +56,16 @@ std::vector<Vec3> Vectors(const std::vector<tinyobj::real_t>& numbers) {
     for (std::size_t i = 0; i + 2 < numbers.size(); i += 3)
         vectors.push_back({numbers[i], numbers[i + 1], numbers[i + 2]});
     return vectors;
+}
+
+// What the parser says of materials and faces; the first few, as one often stands for many.
+void AddWarnings(const std::string& warnings, std::vector<std::string>& notes) {
+    constexpr std::size_t most = 5;
+    std::vector<std::string> told;
+    std::istringstream lines(warnings);
+    for (std::string line; told.size() < most && std::getline(lines, line);)
+        if (line.size() > 1 && std::find(told.begin(), told.end(), line) == told.end()) told.push_back(line);
+    notes.insert(notes.end(), told.begin(), told.end());
 }
 
 // Without its end, which the parser writes as several lines.
@@ -129,6 +140,8 @@ ObjScene ReadObj(const fs::path& path, const std::string& given) {
     for (std::size_t i = 0; i + 1 < attributes.texcoords.size(); i += 2)
         scene.places.push_back({attributes.texcoords[i], attributes.texcoords[i + 1]});
     AddMaterials(materials, reader.folders, scene);
+    AddWarnings(warning, scene.notes);
+    if (!attributes.colors.empty()) scene.notes.push_back("the colours of the vertices are left out");
     for (const Vec3& position : scene.positions)
         if (!IsFinite(position)) throw std::runtime_error(given + ": a vertex is infinitely far away");
     std::size_t dropped = 0;
