@@ -43,8 +43,13 @@ Place MakeTideGarden(Cell wayBack) {
         const double reef = std::sin(x * 0.5) + std::cos(y * 0.45) + std::hypot(x, y) / 14.0;
         p.Floor(x, y, reef > 2.4 ? floors::Water + static_cast<int>(3 * Scatter(x, y, 1)) : floors::Coral);
         const double luck = Scatter(x, y, 7);
-        if (p.FloorAt(x, y) == floors::Coral && luck < 0.07)
-            p.Object(x, y, luck < 0.05 ? objects::Seaweed : luck < 0.06 ? objects::Shell : objects::Rock);
+        if (p.FloorAt(x, y) == floors::Coral && luck < 0.12)
+            p.Object(x, y,
+                     luck < 0.05    ? objects::Seaweed
+                     : luck < 0.06  ? objects::Shell
+                     : luck < 0.065 ? objects::Rock
+                     : luck < 0.09  ? objects::CoralTree
+                                    : objects::SeaFan);
     });
     p.Floors(-4, -4, 5, 5, floors::Crystal, 2);
     p.Floors(-1, -1, 2, 2, floors::Mosaic, 2);
@@ -58,6 +63,10 @@ Place MakeTideGarden(Cell wayBack) {
     }
     p.Floor(-3, -3, floors::Portal);
     p.Objects(objects::CrystalCluster, {{4, -4}, {-4, 4}});
+    p.Object(2, -3, objects::Chest);
+    p.Object(-3, 2, objects::Amphora);
+    p.Object(8, 6, objects::Anchor);
+    p.Objects(objects::BrokenColumn, {{7, -5}, {-6, 6}});
     dream.start = p.At(0, 1);
     dream.doors = {{p.At(-3, -3), townName, wayBack}};
     dream.labels = {{p.At(-3, -3), "Way back", "to Tessaly"}, {p.At(0, 8), "Reef", "watch your step"}};
@@ -93,6 +102,16 @@ Place MakeStarLibrary(Cell wayBack) {
     p.Objects(objects::Lectern, {{3, 3}, {-3, 3}, {14, 0}});
     p.Objects(objects::CrystalCluster, {{-6, -6}, {6, -6}, {-6, 6}, {6, 6}, {17, -4}});
     p.Objects(objects::Bench, {{-2, -3}, {2, -3}});
+    p.Objects(objects::Bookcase, {{-5, -6}, {-4, -6}, {4, -6}, {5, -6}, {12, -4}, {13, -4}, {-16, -4}, {-15, -4}});
+    p.Objects(objects::Armchair, {{-1, -5}, {15, 2}});
+    p.Objects(objects::Candelabra, {{-3, -6}, {3, -6}, {17, 4}, {-17, 4}});
+    p.Objects(objects::BookPile, {{1, -5}, {16, 2}, {-12, 3}, {4, 5}});
+    p.Objects(objects::StarLamp, {{-6, 2}, {6, 2}, {11, -2}, {-11, -2}});
+    p.Objects(objects::Telescope, {{-4, 5}, {14, 3}});
+    p.Object(0, 4, objects::Orrery);
+    p.Objects(objects::ChartTable, {{-4, 1}, {-16, 2}});
+    p.Object(-12, -4, objects::Clock);
+    p.Object(14, -4, objects::Desk);
     p.Floor(-14, 0, floors::Portal);
     dream.start = p.At(0, 2);
     dream.doors = {{p.At(-14, 0), townName, wayBack}};

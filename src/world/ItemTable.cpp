@@ -64,10 +64,10 @@ void ItemTable::ReplaceTextures(G::Mesh& model, const std::vector<std::string>& 
         DXG::Texture texture;
         const std::string path = ContainedPath(itemFolder, words[i + 1]);
         if (path.empty() || !texture.Load(path, DXG::TextureType::AsFile, true, true))
-            errorLog.WriteReport({"Warning: Texture replacement failed to load, in loading an item: items.txt, line ",
-                                  lineNumber, ", name: ", itemFolder, words[i + 1], "\n"});
+            errorLog.Write("Warning: Texture replacement failed to load, in loading an item: items.txt, line " +
+                           lineNumber + ", name: " + itemFolder + words[i + 1] + "\n");
         else if (!model.SetTexture(words[i], texture))
-            errorLog.WriteReport({"Warning: Texture replacement operation failed, in loading an item: items.txt, line ",
-                                  lineNumber, ", name: ", words[i], "\n"});
+            errorLog.Write("Warning: Texture replacement operation failed, in loading an item: items.txt, line " +
+                           lineNumber + ", name: " + words[i] + "\n");
     }
 }

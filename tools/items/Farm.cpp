@@ -162,7 +162,7 @@ Item WeatherVane() {
     Item vane("weather_vane");
     vane.Put(wood, Block(0.11F, 0.11F, 1.2F, 0.02F)).Put(metal, Cylinder(0.02F, 0.5F, 5).Move(0, 0, 1.18F));
     vane.Put(metal, Box(0.34F, 0.02F, 0.02F).Move(0, 0, 1.30F)).Put(metal, Box(0.02F, 0.34F, 0.02F).Move(0, 0, 1.30F));
-    vane.Bone("cock", "weather_vane", {0, 0, 1.56F}, Axis::Z, 30);
+    vane.Bone("cock", "weather_vane", {0, 0, 1.56F}, Axis::Z, -35);
     vane.Paint(Gold, Box(0.62F, 0.025F, 0.03F).Move(0, 0, 0.02F))
         .Paint(Gold, Extrude({{0.30F, -0.05F}, {0.42F, 0.035F}, {0.30F, 0.12F}}, 0.025F));
     vane.Paint(Gold, Extrude({{-0.10F, 0.06F},

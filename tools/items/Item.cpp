@@ -11,9 +11,12 @@ namespace items {
 
 namespace {
 
-// A thousandth of a cell is far below a pixel and keeps the files small.
-float Rounded(float value) {
-    const float rounded = std::round(value * 1000.0F) / 1000.0F;
+// A thousandth of a cell is far below a pixel, a hundredth is enough for normals; both keep the files small.
+constexpr float fine = 1000.0F;
+constexpr float coarse = 100.0F;
+
+float Rounded(float value, float steps = fine) {
+    const float rounded = std::round(value * steps) / steps;
     return rounded == 0.0F ? 0.0F : rounded;
 }
 
@@ -22,9 +25,10 @@ demo::ModelChunk ChunkOf(const Material& material, const Shape& shape) {
     chunk.textures.push_back({0, material.file, material.mipmaps});
     std::map<std::array<float, 8>, std::uint16_t> known;
     for (const Corner& c : shape.corners) {
-        const std::array<float, 8> v = {Rounded(c.position.x), Rounded(c.position.y), Rounded(c.position.z),
-                                        Rounded(c.normal.x),   Rounded(c.normal.y),   Rounded(c.normal.z),
-                                        Rounded(c.u),          Rounded(c.v)};
+        const Vec3& p = c.position;
+        const Vec3& n = c.normal;
+        const std::array<float, 8> v = {Rounded(p.x),         Rounded(p.y),         Rounded(p.z), Rounded(n.x, coarse),
+                                        Rounded(n.y, coarse), Rounded(n.z, coarse), Rounded(c.u), Rounded(c.v)};
         const auto [place, isNew] = known.emplace(v, static_cast<std::uint16_t>(chunk.vertices.size()));
         if (isNew) chunk.vertices.push_back({v[0], v[1], v[2], v[3], v[4], v[5], v[6], v[7]});
         chunk.indices.push_back(place->second);

@@ -47,9 +47,8 @@ Item Barrel() {
     for (int i = 0; i < 8; ++i) {
         const float around = 51.4F * static_cast<float>(i);
         const float reach = i == 7 ? 0.0F : 0.125F;
-        barrel.Paint(
-            i % 3 == 1 ? Lime : Red,
-            Blob(0.07F, 1, 0, 1).Move(reach * CosDegrees(around), reach * SinDegrees(around), i == 7 ? 0.70F : 0.64F));
+        barrel.Paint(i % 3 == 1 ? Lime : Red, Ball(0.07F, 7).Move(reach * CosDegrees(around),
+                                                                  reach * SinDegrees(around), i == 7 ? 0.70F : 0.64F));
     }
     return barrel;
 }

@@ -78,7 +78,7 @@ void PutMushroom(Item& item, float x, float y, float size) {
     item.Paint(Red, Lathe({{0.20F, 0.235F}, {0.215F, 0.27F}, {0.17F, 0.36F}, {0.09F, 0.42F}, {0, 0.44F}}, 9)
                         .Scale(size)
                         .Move(x, y, 0));
-    for (int i = 0; i < 7; ++i) {
+    for (int i = 0; i < (size < 1.0F ? 5 : 7); ++i) {
         const bool upper = i >= 5;
         const float around = 72.0F * static_cast<float>(i) + 20.0F;
         const float reach = upper ? 0.07F : 0.165F;
@@ -154,7 +154,7 @@ Item Cabbages() {
 Item Pumpkins() {
     Item pumpkins("pumpkins");
     const auto put = [&](float x, float y, float size) {
-        pumpkins.Paint(Pumpkin, Ball(0.24F, 20)
+        pumpkins.Paint(Pumpkin, Ball(0.24F, 16)
                                     .Bend(
                                         [](const Vec3& p) {
                                             const float rib = 1.0F + 0.07F * std::cos(8.0F * std::atan2(p.y, p.x));

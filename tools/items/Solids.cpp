@@ -84,26 +84,35 @@ Shape Box(float width, float depth, float height, float perUnit) {
 }
 
 Shape Block(float width, float depth, float height, float bevel, float perUnit) {
-    const Vec3 half{width / 2.0F, depth / 2.0F, height / 2.0F};
-    // The corner in the octant of the signs that belongs to the face across `axis`.
-    const auto point = [&](int axis, float sx, float sy, float sz) {
-        return Corner{{sx * (half.x - (axis == 0 ? 0.0F : bevel)), sy * (half.y - (axis == 1 ? 0.0F : bevel)),
-                       sz * (half.z - (axis == 2 ? 0.0F : bevel))},
-                      {},
-                      0.0F,
-                      0.0F};
+    const std::array<float, 3> size = {width, depth, height};
+    // The corner in the octant of the signs that belongs to the face across `axis`. Bevels share the corners of the
+    // faces with their normals, which rounds them off.
+    const auto point = [&](std::size_t axis, float sx, float sy, float sz) {
+        const std::array<float, 3> signs = {sx, sy, sz};
+        std::array<float, 3> p{};
+        for (std::size_t i = 0; i < 3; ++i)
+            p[i] = signs[i] * (size[i] / 2.0F - (i == axis ? 0.0F : bevel));
+        const std::size_t across = axis == 0 ? 1 : 0;
+        const std::size_t up = axis == 2 ? 1 : 2;
+        const float u = perUnit * (p[across] + size[across] / 2.0F);
+        const float v = perUnit * (size[up] / 2.0F - p[up]);
+        const Vec3 normal{axis == 0 ? sx : 0.0F, axis == 1 ? sy : 0.0F, axis == 2 ? sz : 0.0F};
+        const bool upright = size[up] > size[across];
+        return Corner{{p[0], p[1], p[2]}, normal, upright ? v : u, upright ? u : v};
     };
-    Shape edges;
-    const auto outward = [&edges](std::vector<Corner> ring) {
+    Shape block;
+    const auto outward = [&block](std::vector<Corner> ring) {
         const Vec3 n = Cross(ring[1].position - ring[0].position, ring[2].position - ring[0].position);
-        if (Dot(n, ring[0].position + ring[1].position + ring[2].position) < 0.0F)
-            std::reverse(ring.begin(), ring.end());
+        if (Dot(n, ring[0].position + ring[2].position) < 0.0F) std::reverse(ring.begin(), ring.end());
         if (ring.size() == 3)
-            edges.Triangle(ring[0], ring[1], ring[2]);
+            block.Triangle(ring[0], ring[1], ring[2]);
         else
-            edges.Quad(ring[0], ring[1], ring[2], ring[3]);
+            block.Quad(ring[0], ring[1], ring[2], ring[3]);
     };
-    for (const float a : {-1.0F, 1.0F})
+    for (const float a : {-1.0F, 1.0F}) {
+        outward({point(0, a, -1, -1), point(0, a, 1, -1), point(0, a, 1, 1), point(0, a, -1, 1)});
+        outward({point(1, -1, a, -1), point(1, 1, a, -1), point(1, 1, a, 1), point(1, -1, a, 1)});
+        outward({point(2, -1, -1, a), point(2, 1, -1, a), point(2, 1, 1, a), point(2, -1, 1, a)});
         for (const float b : {-1.0F, 1.0F}) {
             outward({point(0, a, b, -1), point(0, a, b, 1), point(1, a, b, 1), point(1, a, b, -1)});
             outward({point(0, a, -1, b), point(0, a, 1, b), point(2, a, 1, b), point(2, a, -1, b)});
@@ -111,17 +120,8 @@ Shape Block(float width, float depth, float height, float bevel, float perUnit) 
             for (const float c : {-1.0F, 1.0F})
                 outward({point(0, a, b, c), point(1, a, b, c), point(2, a, b, c)});
         }
-    edges.BoxUv(perUnit);
-    for (Corner& corner : edges.corners)
-        corner.normal = Unit(corner.position);
-    const Vec3 x{width - 2 * bevel, 0, 0};
-    const Vec3 y{0, depth - 2 * bevel, 0};
-    const Vec3 z{0, 0, height - 2 * bevel};
-    Shape block = Face({half.x, 0, 0}, y, z, perUnit);
-    block.Add(Face({-half.x, 0, 0}, -y, z, perUnit)).Add(Face({0, half.y, 0}, -x, z, perUnit));
-    block.Add(Face({0, -half.y, 0}, x, z, perUnit)).Add(Face({0, 0, half.z}, x, y, perUnit));
-    block.Add(Face({0, 0, -half.z}, x, -y, perUnit)).Add(edges);
-    return block.Smooth(0).Move(0, 0, half.z);
+    }
+    return block.Move(0, 0, height / 2.0F);
 }
 
 Shape Sheet(int columns, int rows, const std::function<Vec3(float s, float t)>& place, float creaseDegrees) {

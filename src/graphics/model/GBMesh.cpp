@@ -95,7 +95,6 @@ bool Mesh::Load(const std::string& fileName, bool normalMaps, bool readableMeshe
         return false;
     }
     // A copy, because releasing the current model could take the caller's text with it.
-    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
     const std::string name = fileName;
     SRFree();
     if (const ModelRecord* master = FindMaster(name, readableMeshes)) {
