@@ -83,6 +83,7 @@ TEST_F(ModelTool, ExitCodesTellUsageFromProblems) {
         const bool isUsage = row.code == 2;
         EXPECT_TRUE(!isUsage || std::count(run.output.begin(), run.output.end(), '\n') == 1) << run.output;
     }
+    EXPECT_EQ(RunTool("--help >/dev/full").code, 1) << "output that is lost";
     EXPECT_EQ(Names(), before) << "logs, caches or half a file were left behind";
 }
 

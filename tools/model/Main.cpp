@@ -1,4 +1,5 @@
 // A command for those who make models.
+#include <csignal>
 #include <exception>
 #include <iostream>
 #include <string>
@@ -58,6 +59,8 @@ void Complain(const std::string& text) {
 }
 
 int main(int count, char** words) {
+    // A reader of the output that has gone away is a failed write, not an end that leaves the scratch folder behind.
+    std::signal(SIGPIPE, SIG_IGN);
     try {
         const int code = Run({words + 1, words + count});
         std::cout.flush();
