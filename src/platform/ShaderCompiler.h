@@ -23,12 +23,16 @@ struct ShaderConstant {
     std::uint32_t elementStride = 0; // bytes
     std::uint32_t matrixStride = 0;  // bytes between rows (rowMajor) or columns
     bool rowMajor = false;           // as the source packs it; the default of HLSL is by columns
+
+    bool operator==(const ShaderConstant&) const = default;
 };
 
 // A sampler that the program really reads, and the texture stage that it reads from.
 struct ShaderSampler {
     std::string name;
     std::uint32_t stage = 0;
+
+    bool operator==(const ShaderSampler&) const = default;
 };
 
 struct CompiledShader {
@@ -43,15 +47,15 @@ struct CompiledShader {
     // hands on. The clip position and the written colour and depth are not among them.
     std::vector<std::string> inputs;
     std::vector<std::string> outputs;
+
+    bool operator==(const CompiledShader&) const = default;
 };
 
 // Compiles `source` with the entry function `entry` for a profile such as "vs_2_0" or "ps_2_a". On failure returns false with
 // the reasons in `messages`, each naming `fileName`; on success `messages` holds the warnings, if any. The limits of the
-// profile (instructions, constants, loops, texture reads) are honoured as far as they can be known.
+// profile (instructions, constants, loops, texture reads) are honoured as far as they can be known. The first call of a
+// process takes about 25 ms longer.
 [[nodiscard]] bool CompileShader(const std::string& source, const std::string& fileName, const std::string& entry,
                                  const std::string& profile, CompiledShader& out, std::string& messages);
-
-// Makes the compiler ready in the background; otherwise the first compilation takes about 25 ms longer.
-void PrepareShaderCompiler();
 
 }  // namespace platform

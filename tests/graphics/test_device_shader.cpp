@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 
 #include "graphics/device/DXGShader.h"
 #include "graphics/device/DXGState.h"
@@ -58,6 +59,28 @@ struct Shaders : testing::Test {
         return dynamic_cast<const platform::ScriptedShader&>(*stage);
     }
 };
+
+// The program in the client's own table and the one that the compiler makes of an edited file.
+TEST_F(Shaders, AnEditedShippedFileIsCompiled) {
+    G::SetShaderCompiler(nullptr);
+    const std::string file = "data/shaders/gbfont.hlsl_f";
+    std::string source = support::LogText(std::getenv("KELVANE_SOURCE_DIR") + ("/" + file));
+    const auto codeOf = [&] {
+        folder.Write(file, source);
+        G::Shader shader;
+        EXPECT_TRUE(shader.Load("", "data\\shaders\\gbfont"));
+        return shader.IsLoaded() ? Stage(shader.Record()->api.fragment).compiled.code : "";
+    };
+    EXPECT_EQ(codeOf().find("0.25"), std::string::npos);
+    source.insert(source.find("* colour"), "* 0.25 ");
+    EXPECT_NE(codeOf().find("0.25"), std::string::npos);
+    EXPECT_EQ(ShaderLog() + TakeErrors(), "");
+    source.insert(source.find("* colour"), "* none ");
+    folder.Write(file, source);
+    EXPECT_FALSE(G::Shader().Load("", "data\\shaders\\gbfont"));
+    EXPECT_NE(ShaderLog().find("'none' : unknown variable"), std::string::npos) << ShaderLog();
+    (void)TakeErrors();
+}
 
 TEST_F(Shaders, VertexProfilesAreTriedInOrder) {
     const auto load = [&](std::vector<std::string> compiled, std::vector<std::string> refused) {

@@ -9,6 +9,7 @@
 #include "graphics/device/DXGFoundation.h"
 #include "graphics/device/DXGHardware.h"
 #include "graphics/device/DXGState.h"
+#include "platform/ShippedShaders.h"
 
 namespace G {
 
@@ -33,7 +34,18 @@ static_assert(standardNames.size() == standardCount &&
               sizeof(ShaderRecord::matrices) == standardCount * sizeof(ShaderRecord::StandardMatrix));
 
 ShaderRecord* currentShader = nullptr;
-ShaderCompiler compileShader = platform::CompileShader;
+
+// A file in data/shaders that is as it was shipped need not be compiled.
+bool CompileUnlessShipped(const std::string& source, const std::string& fileName, const std::string& entry,
+                          const std::string& profile, platform::CompiledShader& out, std::string& messages) {
+    const platform::CompiledShader* shipped = platform::FindShippedShader(source, entry, profile);
+    if (!shipped) return platform::CompileShader(source, fileName, entry, profile, out, messages);
+    out = *shipped;
+    messages.clear();
+    return true;
+}
+
+ShaderCompiler compileShader = CompileUnlessShipped;
 
 // One source file, read once for all profiles.
 struct StageSource {
@@ -155,7 +167,7 @@ void DropAllObjects() {
 }  // namespace
 
 ShaderCompiler SetShaderCompiler(ShaderCompiler compiler) {
-    return std::exchange(compileShader, compiler ? compiler : platform::CompileShader);
+    return std::exchange(compileShader, compiler ? compiler : CompileUnlessShipped);
 }
 
 Shader::~Shader() {

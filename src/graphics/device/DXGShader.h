@@ -57,7 +57,8 @@ class Shader : public SharedResource<ShaderRecord> {
 // Writes the standard matrices into the current shader; nothing without one. Looks nothing up and allocates nothing.
 void UpdateShaderMatrices();
 
-// Replaces the compiler of sources (tests); null puts platform::CompileShader back. Returns the one before.
+// Replaces the compiler of sources (tests); null puts back the one at the start, which is platform::CompileShader for
+// what FindShippedShader does not know. Returns the one before.
 using ShaderCompiler = bool (*)(const std::string& source, const std::string& fileName, const std::string& entry,
                                 const std::string& profile, platform::CompiledShader& out, std::string& messages);
 ShaderCompiler SetShaderCompiler(ShaderCompiler compiler);

@@ -185,8 +185,6 @@ std::unique_ptr<GraphicsInterface> MakeInterface() {
 
 void UseOpenGl() {
     SetGraphicsInterfaceFactory(gl::MakeInterface);
-    // The window is made meanwhile.
-    PrepareShaderCompiler();
 }
 
 }  // namespace platform

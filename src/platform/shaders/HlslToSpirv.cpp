@@ -3,12 +3,10 @@
 #include <glslang/Public/ResourceLimits.h>
 #include <glslang/Public/ShaderLang.h>
 #include <glslang/SPIRV/GlslangToSpv.h>
-#include <malloc.h>
 
 #include <cstring>
 #include <mutex>
 #include <sstream>
-#include <thread>
 
 #include "platform/Isolated.h"
 #include "platform/shaders/HlslSource.h"
@@ -157,15 +155,6 @@ bool HlslToSpirv(const std::string& source, const std::string& fileName, const s
     if (RunIsolated(compile, limitSeconds, packed)) return Unpack(packed, result);
     result.messages = fileName + ": error: the compiler broke down on this program\n";
     return false;
-}
-
-void PrepareShaderCompiler() {
-    // Its end waits for it.
-    static const std::jthread starter([] {
-        CompilerLock();
-        // What making the tables has freed would stay with this thread's part of the heap: about 4 MiB.
-        malloc_trim(0);
-    });
 }
 
 }  // namespace platform
