@@ -1,7 +1,7 @@
 // Runs a fuzz entry without libFuzzer: its seeds, then mutations of them, the same ones every time.
 //
-//   fuzz_map [-s SECONDS] [-r SEED] [FILE...]    seeds and mutations for so long (else $FUZZ_SECONDS, else 3); with files, these alone
-//   fuzz_map -w FOLDER                           writes the seeds, as a corpus for libFuzzer
+//   fuzz_map [-s SECONDS] [-r SEED] [FILE...]    seeds and mutations for so long (else $FUZZ_SECONDS, else 3); with
+//   files, these alone fuzz_map -w FOLDER                           writes the seeds, as a corpus for libFuzzer
 //
 // The input at hand lies in "<program>.input" in the folder where the program was started, so that it can be given
 // again after a crash.

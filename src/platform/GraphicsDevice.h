@@ -1,11 +1,12 @@
 #pragma once
-// The graphics card as the program sees it: an interface that examines adapters and creates devices, a device with plain
-// states, and the objects made by it.
+// The graphics card as the program sees it: an interface that examines adapters and creates devices, a device with
+// plain states, and the objects made by it.
 //
-// Conventions, settled inside each back end: pixels are A8R8G8B8 words (alpha in bits 24-31); the depth range is 0 to 1; y points
-// down on screen with row 0 at the top, in textures too; a face is front when its corners run clockwise on screen; a vertex at
-// a whole pixel position lies on that pixel's top left corner minus half a pixel, as Direct3D 9 has it; matrices are 16 floats
-// in row-vector layout (translation in elements 12 to 14). All calls come from one thread at a time.
+// Conventions, settled inside each back end: pixels are A8R8G8B8 words (alpha in bits 24-31); the depth range is 0 to
+// 1; y points down on screen with row 0 at the top, in textures too; a face is front when its corners run clockwise on
+// screen; a vertex at a whole pixel position lies on that pixel's top left corner minus half a pixel, as Direct3D 9 has
+// it; matrices are 16 floats in row-vector layout (translation in elements 12 to 14). All calls come from one thread at
+// a time.
 
 #include <array>
 #include <cstddef>
@@ -22,13 +23,41 @@ class Window;
 
 enum class PixelFormat {
     Unknown,
-    R8G8B8, A8R8G8B8, X8R8G8B8, R5G6B5, X1R5G5B5, A1R5G5B5, A4R4G4B4, R3G3B2, A8, A8R3G3B2, X4R4G4B4,
-    A2B10G10R10, A8B8G8R8, X8B8G8R8, A2R10G10B10, A16B16G16R16, P8, L8,
-    D16, D32, D15S1, D24S8, D24X8,
+    R8G8B8,
+    A8R8G8B8,
+    X8R8G8B8,
+    R5G6B5,
+    X1R5G5B5,
+    A1R5G5B5,
+    A4R4G4B4,
+    R3G3B2,
+    A8,
+    A8R3G3B2,
+    X4R4G4B4,
+    A2B10G10R10,
+    A8B8G8R8,
+    X8B8G8R8,
+    A2R10G10B10,
+    A16B16G16R16,
+    P8,
+    L8,
+    D16,
+    D32,
+    D15S1,
+    D24S8,
+    D24X8,
 };
 
 enum class DeviceResult {
-    Ok, InvalidCall, NotAvailable, OutOfVideoMemory, OutOfMemory, InvalidData, DeviceLost, DeviceNotReset, DriverInternalError,
+    Ok,
+    InvalidCall,
+    NotAvailable,
+    OutOfVideoMemory,
+    OutOfMemory,
+    InvalidData,
+    DeviceLost,
+    DeviceNotReset,
+    DriverInternalError,
     Failed,
 };
 
@@ -68,8 +97,17 @@ struct PresentParameters {
 
 enum class CompareFunction { Never, Always, Equal, NotEqual, Less, LessEqual, Greater, GreaterEqual };
 enum class BlendFactor {
-    Zero, One, SourceColour, InverseSourceColour, SourceAlpha, InverseSourceAlpha, DestinationAlpha, InverseDestinationAlpha,
-    DestinationColour, InverseDestinationColour, SourceAlphaSaturated,
+    Zero,
+    One,
+    SourceColour,
+    InverseSourceColour,
+    SourceAlpha,
+    InverseSourceAlpha,
+    DestinationAlpha,
+    InverseDestinationAlpha,
+    DestinationColour,
+    InverseDestinationColour,
+    SourceAlphaSaturated,
 };
 enum class CullMode { None, Clockwise, CounterClockwise };  // which faces are dropped
 enum class DepthMode { Off, On, UseW };
@@ -78,16 +116,23 @@ enum class ShadeMode { Flat, Gouraud };
 
 // Device states; the value of each is its enumeration's number, a bool as 0 or 1, or as said.
 enum class RenderState {
-    DepthTest,          // DepthMode
-    DepthWrite, AlphaBlend, AlphaTest, Stencil, Lighting,
-    Fill,               // FillMode
-    ColourWrite,        // bits 0-3: red, green, blue, alpha
-    TwoSidedStencil, Clipping,
-    Shade,              // ShadeMode
-    Cull,               // CullMode
-    AlphaReference,     // 0-255
-    AlphaFunction, DepthFunction,  // CompareFunction
-    BlendSource, BlendDestination, // BlendFactor
+    DepthTest,  // DepthMode
+    DepthWrite,
+    AlphaBlend,
+    AlphaTest,
+    Stencil,
+    Lighting,
+    Fill,         // FillMode
+    ColourWrite,  // bits 0-3: red, green, blue, alpha
+    TwoSidedStencil,
+    Clipping,
+    Shade,           // ShadeMode
+    Cull,            // CullMode
+    AlphaReference,  // 0-255
+    AlphaFunction,
+    DepthFunction,  // CompareFunction
+    BlendSource,
+    BlendDestination,  // BlendFactor
     Count,
 };
 
@@ -140,7 +185,8 @@ class DeviceTexture {
     [[nodiscard]] virtual unsigned Levels() const = 0;
     [[nodiscard]] virtual unsigned Width(unsigned level) const = 0;
     [[nodiscard]] virtual unsigned Height(unsigned level) const = 0;
-    // CPU access to one level of one face (0 for plain and volume textures). A write lock's texels reach the device at Unlock.
+    // CPU access to one level of one face (0 for plain and volume textures). A write lock's texels reach the device at
+    // Unlock.
     virtual bool Lock(unsigned level, unsigned face, bool readOnly, LockedTexels& out) = 0;
     virtual void Unlock(unsigned level, unsigned face) = 0;
 };
@@ -166,8 +212,8 @@ class VertexLayout {
     virtual ~VertexLayout() = default;
 };
 
-// One compiled stage with its constants. Handles are at least 0 and stay valid for the object's life; values are kept by the
-// stage and reach the card with the next draw.
+// One compiled stage with its constants. Handles are at least 0 and stay valid for the object's life; values are kept
+// by the stage and reach the card with the next draw.
 class DeviceShader {
   public:
     virtual ~DeviceShader() = default;
@@ -175,8 +221,8 @@ class DeviceShader {
     [[nodiscard]] virtual int FindConstant(const std::string& name) const = 0;
     virtual void SetFloats(int constant, const float* values, std::size_t count) = 0;
     virtual void SetVectors(int constant, const float (*values)[4], std::size_t count) = 0;
-    // Plain: the shader's M[r][c] is values[4r + c]. Transposed: it is values[4c + r]. M[r] is a row in the source's own terms,
-    // whatever the packing.
+    // Plain: the shader's M[r][c] is values[4r + c]. Transposed: it is values[4c + r]. M[r] is a row in the source's
+    // own terms, whatever the packing.
     virtual void SetMatrix(int constant, const float values[16], bool transpose) = 0;
 };
 
@@ -224,13 +270,15 @@ class GraphicsDevice {
     virtual void SetVertexLayout(VertexLayout* layout) = 0;
     virtual void SetVertexBuffer(DeviceBuffer* buffer, unsigned stride) = 0;
     virtual void SetIndexBuffer(DeviceBuffer* buffer) = 0;
-    virtual void SetVertexShader(DeviceShader* shader) = 0;   // null: fixed function
+    virtual void SetVertexShader(DeviceShader* shader) = 0;  // null: fixed function
     virtual void SetFragmentShader(DeviceShader* shader) = 0;
 
     virtual void Draw(Primitive primitive, unsigned firstVertex, unsigned primitiveCount) = 0;
     // 16-bit indices from `firstIndex`, all below `vertexCount`.
-    virtual void DrawIndexed(Primitive primitive, unsigned vertexCount, unsigned firstIndex, unsigned primitiveCount) = 0;
-    virtual void DrawFromMemory(Primitive primitive, unsigned primitiveCount, const void* vertices, unsigned stride) = 0;
+    virtual void DrawIndexed(Primitive primitive, unsigned vertexCount, unsigned firstIndex,
+                             unsigned primitiveCount) = 0;
+    virtual void DrawFromMemory(Primitive primitive, unsigned primitiveCount, const void* vertices,
+                                unsigned stride) = 0;
 
     // The back buffer as A8R8G8B8, row 0 at the top; false when it cannot be read.
     virtual bool ReadBackBuffer(std::vector<std::uint32_t>& argb, unsigned& width, unsigned& height) = 0;
@@ -258,8 +306,9 @@ std::unique_ptr<GraphicsInterface> CreateGraphicsInterface();
 // Registers the back end (done by its program or a test); returns the one before.
 GraphicsInterfaceFactory SetGraphicsInterfaceFactory(GraphicsInterfaceFactory factory);
 
-// The native handle of the main window, set by whoever made it (null when it is gone). An interface asks its questions on it and
-// hands what it made there to the device, instead of making a second window; without one it makes a hidden window for a while.
+// The native handle of the main window, set by whoever made it (null when it is gone). An interface asks its questions
+// on it and hands what it made there to the device, instead of making a second window; without one it makes a hidden
+// window for a while.
 void SetMainNativeWindow(void* handle);
 void* MainNativeWindow();
 

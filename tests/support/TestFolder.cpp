@@ -39,7 +39,9 @@ std::string TestFolder::Read(const std::string& name) const {
     return content.str();
 }
 
-bool TestFolder::Has(const std::string& name) const { return fs::exists(fs::path(path) / name); }
+bool TestFolder::Has(const std::string& name) const {
+    return fs::exists(fs::path(path) / name);
+}
 
 std::string LogText(const std::string& fileName) {
     std::ifstream file(fileName, std::ios::binary);
@@ -48,9 +50,15 @@ std::string LogText(const std::string& fileName) {
     return content.str();
 }
 
-std::string ErrorLogText() { return LogText("_error.txt"); }
-void ClearLog(const std::string& fileName) { std::ofstream(fileName, std::ios::trunc).flush(); }
-void ClearErrorLog() { ClearLog("_error.txt"); }
+std::string ErrorLogText() {
+    return LogText("_error.txt");
+}
+void ClearLog(const std::string& fileName) {
+    std::ofstream(fileName, std::ios::trunc).flush();
+}
+void ClearErrorLog() {
+    ClearLog("_error.txt");
+}
 
 std::string ErrorLogWithoutStacks() {
     std::istringstream lines(ErrorLogText());
