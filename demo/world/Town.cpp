@@ -291,7 +291,7 @@ void BuildShore(MapPainter& p) {
     p.Objects(objects::RopeRailEast, {{33, -11}, {33, -10}});
     p.Object(32, -12, objects::FishRack);
     p.Object(29, -9, objects::Anchor);
-    p.Objects(objects::Palm, {{31, -13}, {27, -14}});
+    p.Objects(objects::Palm, {{31, -13}, {28, -8}});
     p.Objects(objects::Willow, {{13, -5}, {16, 6}, {25, 9}});
     p.Floors(31, 14, 36, 19, floors::Paving, 2);
     p.Floor(33, 16, floors::Portal);

@@ -99,7 +99,6 @@ constexpr Patch fern = Square(0, 1);
 constexpr Patch reeds = Square(1, 1);
 constexpr Patch wheat = Square(2, 1);
 constexpr Patch seaweed = Square(3, 1);
-constexpr Patch leafSpray = Square(0, 2);
 constexpr Patch berrySpray = Square(1, 2);
 constexpr Patch geraniums = Square(2, 2);
 constexpr Patch willowTwigs = Square(3, 2);

@@ -11,11 +11,6 @@ namespace items {
 
 namespace {
 
-Vec3 Unit(const Vec3& v) {
-    const float length = Length(v);
-    return length > 1e-9F ? v / length : Vec3{0.0F, 0.0F, 1.0F};
-}
-
 Vec3 TurnVector(const Vec3& v, Axis axis, float c, float s) {
     switch (axis) {
         case Axis::X:
@@ -40,6 +35,11 @@ Vec3 FaceNormal(const Corner* corner) {
 }
 
 }  // namespace
+
+Vec3 Unit(const Vec3& v) {
+    const float length = Length(v);
+    return length > 1e-9F ? v / length : Vec3{0.0F, 0.0F, 1.0F};
+}
 
 Shape& Shape::Add(const Shape& other) {
     corners.insert(corners.end(), other.corners.begin(), other.corners.end());

@@ -101,6 +101,8 @@ Shape Picture(float width, float height, const Patch& patch);
 // From 0 up to, not including, 1; the same for the same numbers.
 float Chance(unsigned seed, int index);
 float Between(float low, float high, unsigned seed, int index);
+// Of length 1; straight up for a vector without length.
+Vec3 Unit(const Vec3& v);
 float SinDegrees(float degrees);
 float CosDegrees(float degrees);
 

@@ -11,11 +11,6 @@ namespace items {
 
 namespace {
 
-Vec3 Unit(const Vec3& v) {
-    const float length = Length(v);
-    return length > 1e-9F ? v / length : Vec3{0.0F, 0.0F, 1.0F};
-}
-
 // A rectangle around `middle`; across x up is its outward normal, of the lengths of its sides. u runs along the longer
 // side.
 Shape Face(const Vec3& middle, const Vec3& across, const Vec3& up, float perUnit) {

@@ -180,11 +180,10 @@ Item Stump() {
                                        60));
     stump.Put(materials::wood, Disc(0.26F, 10).Scale(1.05F, 1.05F, 1).Move(0, 0, 0.295F));
     // An axe left in it.
-    stump.Put(materials::wood, Tube({{0.03F, 0.02F, 0.36F}, {0.16F, 0.14F, 0.62F}, {0.28F, 0.24F, 0.80F}}, 0.022F, 5));
-    stump.Put(materials::metal, Extrude({{-0.03F, 0}, {0.03F, 0}, {0.06F, 0.16F}, {-0.06F, 0.16F}}, 0.035F)
-                                    .Turn(Axis::Y, 150)
-                                    .Turn(Axis::Z, 40)
-                                    .Move(0.06F, 0.05F, 0.42F));
+    stump.Put(materials::wood, Tube({{-0.02F, 0, 0.40F}, {-0.20F, 0.16F, 0.56F}, {-0.36F, 0.32F, 0.64F}}, 0.022F, 5));
+    stump.Put(materials::metal, Extrude({{-0.05F, -0.02F}, {0.05F, -0.02F}, {0.04F, 0.16F}, {-0.04F, 0.16F}}, 0.035F)
+                                    .Turn(Axis::Z, -42)
+                                    .Move(0.02F, -0.02F, 0.28F));
     return stump;
 }
 
