@@ -100,14 +100,15 @@ bool DrawGrid(const std::string& faceName, int pixelHeight, int cell, bool centr
 }
 
 // White texels with the coverage as alpha, 8 or 4 bits per channel.
-template <typename Texel>
-void WriteTexels(const DXG::TextureLock& lock, const GlyphGrid& grid, Texel (*texelOf)(std::uint8_t coverage)) {
+template <typename Texel, typename TexelOf>
+void WriteTexels(const DXG::TextureLock& lock, const GlyphGrid& grid, TexelOf texelOf) {
     const std::size_t side = 16 * static_cast<std::size_t>(grid.cell);
-    for (std::size_t y = 0; y < side; ++y)
-        for (std::size_t x = 0; x < side; ++x) {
-            const Texel texel = texelOf(grid.coverage[y * side + x]);
-            std::memcpy(lock.data[0] + y * lock.rowPitch[0] + x * sizeof(Texel), &texel, sizeof(Texel));
-        }
+    std::vector<Texel> row(side);
+    for (std::size_t y = 0; y < side; ++y) {
+        const auto coverage = grid.coverage.begin() + static_cast<std::ptrdiff_t>(y * side);
+        std::transform(coverage, coverage + static_cast<std::ptrdiff_t>(side), row.begin(), texelOf);
+        std::memcpy(lock.data[0] + y * lock.rowPitch[0], row.data(), side * sizeof(Texel));
+    }
 }
 
 bool Upload(const DXG::Texture& texture, const GlyphGrid& grid) {
@@ -117,7 +118,7 @@ bool Upload(const DXG::Texture& texture, const GlyphGrid& grid) {
         return false;
     }
     if (lock.bitsPerTexel == 32) {
-        WriteTexels<std::uint32_t>(lock, grid, [](std::uint8_t coverage) {
+        WriteTexels<std::uint32_t>(lock, grid, [](std::uint8_t coverage) -> std::uint32_t {
             return 0x00FFFFFFU | (static_cast<std::uint32_t>(coverage) << 24U);
         });
         return true;
