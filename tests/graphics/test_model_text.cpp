@@ -84,10 +84,18 @@ TEST_F(Models, TellWhatIsWrong) {
         {"glued brace", "Mesh{ Name { x } } " + root, false,
          lazy +
              "Warning parsing mesh(art\\m.mbm): unrecognized base construct: Mesh{\n"
+             "Error parsing mesh: unexpected }\n"
              "Warning parsing mesh(art\\m.mbm): unrecognized base construct: }\n" +
-             "Failed to load mesh: art\\m.mbm\n  -No bones found...\n" + stack},
+             parsing("")},
+        // The scope that is skipped for the brace would take the mesh with it, and the rest would load.
+        {"closed once too often", "} Mesh { Name { lost } } " + triangle + root, false,
+         lazy +
+             "Error parsing mesh: unexpected }\n"
+             "Warning parsing mesh(art\\m.mbm): unrecognized base construct: }\n" +
+             parsing("")},
         {"closed too often", triangle + "} } " + root, false,
          lazy +
+             "Error parsing mesh: unexpected }\n"
              "Warning parsing mesh(art\\m.mbm): unrecognized base construct: }\n"
              "Error parsing mesh: unexpected } while trying to skip scope.\n" +
              parsing("")},
@@ -128,6 +136,11 @@ TEST_F(Models, TellWhatIsWrong) {
          lazy + "Bad texture stage in TextureC for texture art\\tri.png: 2\n"},
         {"texture above the folder",
          "Mesh { Name { tri } Chunk { TextureB { 0 ..\\a.png } " + vertices + "Indices { 3 0 1 2 } } } " + root, true,
+         lazy +
+             "Bad: file name refused: \"..\\a.png\"\nNote: mesh(art\\m.mbm) failed to load texture: art\\..\\a.png\n"},
+        {"texture refused after another",
+         "Mesh { Name { tri } Chunk { TextureB { 0 tri.png } TextureB { 0 ..\\a.png } " + vertices +
+             "Indices { 3 0 1 2 } } } " + root, true,
          lazy +
              "Bad: file name refused: \"..\\a.png\"\nNote: mesh(art\\m.mbm) failed to load texture: art\\..\\a.png\n"},
         {"nameless mesh", "Mesh { } " + root, false,

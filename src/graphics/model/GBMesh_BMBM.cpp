@@ -187,12 +187,12 @@ float ReadStoredIdentifier(const std::string& path) {
 }
 
 bool LoadMeshBMBM(const std::string& path, bool readableMeshes, ModelHeader& header) {
-    std::string bytes;
-    if (platform::FileLength(path) > caps::modelCacheBytes || !platform::ReadFileBytes(path, bytes)) {
+    if (platform::FileLength(path) > caps::modelCacheBytes || !platform::File(path, platform::OpenMode::Read).IsOpen()) {
         errorLog.Write("Could not open file \"" + path + "\" for LoadMeshBMBM.\n");
         return false;
     }
     const ProfileRegion region("Load BMBM file (binary)", "GBMesh_BMBM");
+    const std::string bytes = ReadWholeFile(path, true);
     if (ByteCursor(bytes).U32() != meshCacheMagic) {
         errorLog.Write("old version of: " + path + " so not loadable.  delete the cached mesh please.\n");
         return false;

@@ -32,6 +32,8 @@ struct MeshCacheReading {
     std::size_t texturesLeft = 0;
 };
 bool DoLoadBMBMHierarchy(std::string_view records, MeshCacheReading& reading, ModelHeader& header);
+// False, with a note in the error log, for a mesh with a chunk of more indices than a cache counts.
+bool IndicesFitCache(const MeshRecord& mesh);
 // The body of one mesh record, appended to `bytes`.
 bool BinarySave(const MeshRecord& mesh, std::string& bytes);
 // Fills a fresh record; the number of bytes used, or 0.

@@ -116,12 +116,19 @@ bool MbmReader::FailedLoad() {
 
 void MbmReader::Finish() {
     header.topBone = topBone;
+    // Asked before the welder, which keeps the low 16 bits of the index counts.
+    const bool fitsCache = !hasRandomID || std::all_of(meshes.begin(), meshes.end(), [](const MeshReference& mesh) {
+        return IndicesFitCache(mesh.Mesh());
+    });
     for (MeshReference& mesh : meshes) {
         if (optimize) mesh.MutableMesh().Optimize(true);
         mesh.MutableMesh().RebuildPositionsMesh();
         mesh.MutableMesh().MeasureIndices(fileName);
     }
-    if (hasRandomID) SaveMeshBMBM(cachePath, header);
+    if (!fitsCache)
+        errorLog.Write("An error occured trying to save " + cachePath + "\n");
+    else if (hasRandomID)
+        SaveMeshBMBM(cachePath, header);
     if (readableMeshes || !optimize) return;
     for (MeshReference& mesh : meshes)
         mesh.MutableMesh().Optimize(false);

@@ -81,8 +81,8 @@ bool MbmReader::CanHaveAnother(std::size_t count, std::size_t cap, const char* w
 
 bool MbmReader::ReadConstructs() {
     while (true) {
-        const std::string_view keyword = tokens.RawToken();
-        if (tokens.AtEnd()) return true;
+        const std::string_view keyword = tokens.NextToken();
+        if (tokens.AtEnd()) return !tokens.HasError();
         if (firstConstruct && keyword != "RandomID")
             Tell("Warning: .mbm file (" + fileName +
                  "), first construct is not RandomID.  Binary version will not be cached.  Quit being lazy if you want "
@@ -174,6 +174,7 @@ void MbmReader::ReadTexture(std::string_view keyword, MeshChunk& chunk) {
     if (!CanHaveAnother(textureCount++, caps::modelTextures, "textures")) return;
     messages.Flush();
     DXG::Texture& texture = stage == 0 ? chunk.texture0 : chunk.texture1;
+    texture.Release();
     const std::string path = ContainedPath(folder, name);
     if (path.empty() || !texture.Load(path, DXG::TextureType::AsFile, mipmaps, true))
         Tell("Note: mesh(" + fileName + ") failed to load texture: " + folder + name + "\n");

@@ -190,6 +190,13 @@ void ReadPositions(ByteCursor& cursor, MeshRecord& mesh) {
 
 }  // namespace
 
+bool IndicesFitCache(const MeshRecord& mesh) {
+    return std::all_of(mesh.chunks.begin(), mesh.chunks.end(), [&mesh](const MeshChunk& chunk) {
+        const DXG::IndexBufferRecord* record = chunk.indexBuffer.Record();
+        return !record || Fits(record->count, most16, "indices", mesh.name);
+    });
+}
+
 bool BinarySave(const MeshRecord& mesh, std::string& bytes) {
     if (!AppendString(bytes, mesh.name) || !Fits(mesh.chunks.size(), most8, "chunks", mesh.name)) return false;
     AppendNumber(bytes, static_cast<std::uint32_t>(mesh.chunks.size()), 1);
