@@ -1,10 +1,14 @@
 // The binary cache of models: its layout byte for byte, and what becomes of broken ones.
 
+#include <sys/resource.h>
+
 #include <bit>
+#include <csignal>
 #include <filesystem>
 
 #include "demo/formats/ByteWriter.h"
 #include "graphics/ModelFixture.h"
+#include "graphics/model/GBMesh_BMBM.h"
 
 namespace {
 
@@ -125,12 +129,42 @@ TEST_F(Models, DoWithoutABrokenCache) {
         G::EmptyModelRegistry();
         EXPECT_EQ(G::LiveBones(), 0U) << row.name;
     }
-    for (std::size_t length = 0; length < sound.size(); length += 3) {
-        folder.Write(cacheName, sound.substr(0, length));
-        EXPECT_TRUE(Load(model, text)) << length;
-        EXPECT_EQ(folder.Read(cacheName), sound) << length;
-        model.Release();
-        G::EmptyModelRegistry();
+}
+
+TEST_F(Models, SurviveEveryCutAndEveryChangedByteOfACache) {
+    for (std::size_t at = 0; at < 8; ++at) {
+        std::string changed = sound;
+        changed[at] = static_cast<char>(~changed[at]);
+        for (const std::string& bytes : {sound.substr(0, at), changed}) {
+            folder.Write(cacheName, bytes);
+            EXPECT_TRUE(Load(model, text)) << at;
+            EXPECT_EQ(folder.Read(cacheName), sound) << at;
+            model.Release();
+            G::EmptyModelRegistry();
+        }
+    }
+    const auto loads = [](const std::string& records) {
+        support::ClearErrorLog();
+        G::MeshCacheReading reading{"m.bmbm", "art\\", false, 100};
+        G::ModelHeader header;
+        const bool loaded = G::DoLoadBMBMHierarchy(records, reading, header);
+        EXPECT_TRUE(loaded || !Errors().empty());
+        if (!header.topBone) return loaded;
+        if (DXG::BeginFrame(0, false, true)) header.topBone->Draw(true);
+        DXG::EndFrame0();
+        G::FreeBone(header.topBone);
+        return loaded;
+    };
+    const std::string records = sound.substr(8);
+    EXPECT_TRUE(loads(records));
+    for (std::size_t at = 0; at < records.size(); ++at) {
+        EXPECT_FALSE(loads(records.substr(0, at))) << at;
+        for (const int bits : {0x01, 0x80, 0xFF}) {
+            std::string changed = records;
+            changed[at] = static_cast<char>(changed[at] ^ bits);
+            loads(changed);
+            EXPECT_EQ(G::LiveBones(), 0U) << at;
+        }
     }
 }
 
@@ -141,6 +175,8 @@ TEST_F(Models, AreNotDrawnWithIndicesBeyondTheirVertices) {
     model.Draw(false);
     DXG::EndFrame0();
     EXPECT_TRUE(foundation.scripted.draws.empty());
+    EXPECT_EQ(Errors().substr(0, Errors().find('\n')),
+              "Bad: a chunk of mesh tri has an index beyond its vertices and is not drawn: gen\\art\\m.bmbm");
 }
 
 TEST_F(Models, AreNotCachedWhenTheyDoNotFit) {
@@ -190,6 +226,22 @@ TEST_F(Models, LoadWhenTheirCacheCannotBeWritten) {
     std::filesystem::create_directories(std::string(cacheName) + "/x");
     ASSERT_TRUE(Load(model, text));
     EXPECT_TRUE(Errors().ends_with("Could not open \"gen\\art\\m.bmbm\" to write to.\n")) << Errors();
+    EXPECT_FALSE(folder.Has(cacheName + ".tmp"s));
+}
+
+TEST_F(Models, KeepTheOldCacheOnAFullDisk) {
+    folder.Write(cacheName, "old");
+    folder.Write("art/m.mbm", text);
+    // A limit on the size of files stands for the full disk; the log's messages fit.
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit small{sound.size() - 1, before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &small);
+    EXPECT_TRUE(model.Load("art\\m.mbm", false, false, true));
+    setrlimit(RLIMIT_FSIZE, &before);
+    EXPECT_EQ(Errors(), "fwrite didn't complete in SaveMeshBMBM???\n");
+    EXPECT_EQ(folder.Read(cacheName), "old");
     EXPECT_FALSE(folder.Has(cacheName + ".tmp"s));
 }
 

@@ -187,7 +187,8 @@ float ReadStoredIdentifier(const std::string& path) {
 }
 
 bool LoadMeshBMBM(const std::string& path, bool readableMeshes, ModelHeader& header) {
-    if (platform::FileLength(path) > caps::modelCacheBytes || !platform::File(path, platform::OpenMode::Read).IsOpen()) {
+    if (platform::FileLength(path) > caps::modelCacheBytes ||
+        !platform::File(path, platform::OpenMode::Read).IsOpen()) {
         errorLog.Write("Could not open file \"" + path + "\" for LoadMeshBMBM.\n");
         return false;
     }
@@ -197,7 +198,7 @@ bool LoadMeshBMBM(const std::string& path, bool readableMeshes, ModelHeader& hea
         errorLog.Write("old version of: " + path + " so not loadable.  delete the cached mesh please.\n");
         return false;
     }
-    MeshCacheReading reading{ModelFolderOf(path), readableMeshes, caps::modelTextures};
+    MeshCacheReading reading{path, ModelFolderOf(path), readableMeshes, caps::modelTextures};
     const std::string_view all(bytes);
     const std::string_view records = all.substr(std::min(all.size(), meshCacheHeaderBytes));
     if (DoLoadBMBMHierarchy(records, reading, header)) return true;

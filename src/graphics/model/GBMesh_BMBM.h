@@ -27,6 +27,7 @@ bool LoadMeshBMBM(const std::string& path, bool readableMeshes, ModelHeader& hea
 
 // What the readers of one cache share.
 struct MeshCacheReading {
+    std::string fileName;
     std::string folder;  // of the model; every texture must lie below it
     bool readableMeshes = false;
     std::size_t texturesLeft = 0;

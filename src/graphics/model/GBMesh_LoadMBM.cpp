@@ -123,7 +123,8 @@ void MbmReader::Finish() {
     for (MeshReference& mesh : meshes) {
         if (optimize) mesh.MutableMesh().Optimize(true);
         mesh.MutableMesh().RebuildPositionsMesh();
-        mesh.MutableMesh().MeasureIndices(fileName);
+        mesh.MutableMesh().MeasureIndices();
+        mesh.Mesh().TellOfUndrawnChunks(fileName);
     }
     if (!fitsCache)
         errorLog.Write("An error occured trying to save " + cachePath + "\n");

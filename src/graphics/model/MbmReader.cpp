@@ -125,7 +125,7 @@ bool MbmReader::ReadMesh() {
     if (!tokens.ExpectOpen() || !CanHaveAnother(meshes.size(), caps::modelMeshes, "meshes")) return false;
     MeshRecord& mesh = meshes.emplace_back().MutableMesh();
     while (!tokens.AtBrace() && !tokens.HasEnded()) {
-        const std::string keyword(tokens.RawToken());
+        const std::string keyword(tokens.NextToken());
         if (keyword == "Name") {
             mesh.name = ReadName();
         } else if (keyword == "Chunk") {
@@ -144,7 +144,7 @@ bool MbmReader::ReadChunk(MeshRecord& mesh) {
     if (!tokens.ExpectOpen() || !CanHaveAnother(chunkCount++, caps::modelChunks, "chunks")) return false;
     MeshChunk& chunk = mesh.chunks.emplace_back();
     while (!tokens.AtBrace() && !tokens.AtEnd()) {
-        const std::string keyword(tokens.RawToken());
+        const std::string keyword(tokens.NextToken());
         if (keyword == "TextureB" || keyword == "TextureC") {
             ReadTexture(keyword, chunk);
         } else if (keyword == "Indices") {
@@ -272,7 +272,7 @@ bool MbmReader::ReadBone() {
     record.bone->SetPosition({}, true);
     record.bone->SetRotation({}, true);
     while (!tokens.AtBrace() && !tokens.HasEnded()) {
-        const std::string keyword(tokens.RawToken());
+        const std::string keyword(tokens.NextToken());
         if (keyword == "Name") {
             record.bone->name = ReadName();
         } else if (keyword == "Mesh") {

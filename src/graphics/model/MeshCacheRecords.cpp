@@ -215,7 +215,9 @@ std::size_t BinaryLoad(std::string_view bytes, MeshCacheReading& reading, MeshRe
     for (unsigned i = 0; i < chunkCount; ++i)
         if (!ReadChunk(cursor, reading, mesh.chunks.emplace_back())) return 0;
     if (chunkCount > 0) ReadPositions(cursor, mesh);
-    return cursor.Failed() ? 0 : cursor.Position();
+    if (cursor.Failed()) return 0;
+    mesh.TellOfUndrawnChunks(reading.fileName);
+    return cursor.Position();
 }
 
 bool SaveBone(const Bone& bone, std::string& bytes) {

@@ -172,14 +172,16 @@ void MeshRecord::RebuildPositionsMesh() {
     statistics.positionOptimized += static_cast<unsigned>(positions.size());
 }
 
-void MeshRecord::MeasureIndices(const std::string& modelName) {
-    for (MeshChunk& chunk : chunks) {
-        if (!chunk.indexBuffer.IsCreated()) continue;
-        chunk.indexLimit = HighestIndex(chunk.indexBuffer) + 1;
+void MeshRecord::MeasureIndices() {
+    for (MeshChunk& chunk : chunks)
+        if (chunk.indexBuffer.IsCreated()) chunk.indexLimit = HighestIndex(chunk.indexBuffer) + 1;
+}
+
+void MeshRecord::TellOfUndrawnChunks(const std::string& fileName) const {
+    for (const MeshChunk& chunk : chunks)
         if (chunk.vertexBuffer.IsCreated() && chunk.indexLimit > chunk.vertexBuffer.Count())
             errorLog.Write("Bad: a chunk of mesh " + name +
-                           " has an index beyond its vertices and is not drawn: " + modelName + "\n");
-    }
+                           " has an index beyond its vertices and is not drawn: " + fileName + "\n");
 }
 
 std::string NormalMapName(const std::string& textureName) {

@@ -49,8 +49,10 @@ struct MeshRecord {
     void Optimize(bool keepReadable);
     // Builds positions and positionIndices; reports and changes nothing when a buffer cannot be read.
     void RebuildPositionsMesh();
-    // Sets every chunk's indexLimit from its index buffer and tells of chunks that will not be drawn.
-    void MeasureIndices(const std::string& modelName);
+    // Sets every chunk's indexLimit from its index buffer.
+    void MeasureIndices();
+    // Once per load, of the chunks that will not be drawn.
+    void TellOfUndrawnChunks(const std::string& fileName) const;
 };
 
 // Name of a texture's normal map: "_norm" before the extension.
