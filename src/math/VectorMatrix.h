@@ -40,8 +40,13 @@ void Normalize(Vec3& v);
 
 struct Mat4 {
     std::array<float, 16> m{};  // element (r, c) at 4 r + c
-    float& operator()(int row, int column) { return m[static_cast<std::size_t>(4 * row + column)]; }
-    float operator()(int row, int column) const { return m[static_cast<std::size_t>(4 * row + column)]; }
+    float& operator()(int row, int column) { return m[Index(row, column)]; }
+    float operator()(int row, int column) const { return m[Index(row, column)]; }
+
+  private:
+    static std::size_t Index(int row, int column) {
+        return 4 * static_cast<std::size_t>(row) + static_cast<std::size_t>(column);
+    }
 };
 
 Mat4 Identity();

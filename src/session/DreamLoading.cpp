@@ -52,7 +52,7 @@ void UpdateTransfers() {
     const std::list<Transfer>& transfers = manager.GetTransfers();
     const auto found = std::find_if(transfers.begin(), transfers.end(), IsDoneDream);
     if (found == transfers.end()) return;
-    const Transfer transfer = *found;
+    Transfer transfer = *found;
     if (!transfer.getter->IsComplete() || !LoadDream(transfer.getter->GetPath())) OfferReturn();
     manager.EndTransfer(transfer);
 }

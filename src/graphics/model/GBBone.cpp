@@ -77,9 +77,10 @@ void Bone::SetRotation(const Mat3& toRotation, bool alsoRest) {
 
 void Bone::SetLocalMatrix(const Mat4& local, bool alsoRest) {
     Mat3 upperLeft;
+    std::size_t at = 0;
     for (int row = 0; row < 3; ++row)
         for (int column = 0; column < 3; ++column)
-            upperLeft.m[static_cast<std::size_t>(3 * row + column)] = local(row, column);
+            upperLeft.m[at++] = local(row, column);
     SetRotation(upperLeft, alsoRest);
     SetPosition({local(0, 3), local(1, 3), local(2, 3)}, alsoRest);
 }

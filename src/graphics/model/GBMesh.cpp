@@ -95,7 +95,7 @@ bool Mesh::Load(const std::string& fileName, bool normalMaps, bool readableMeshe
         return false;
     }
     // A copy, because releasing the current model could take the caller's text with it.
-    const std::string name = fileName;
+    const std::string name = fileName;  // NOLINT(performance-unnecessary-copy-initialization)
     SRFree();
     if (const ModelRecord* master = FindMaster(name, readableMeshes)) {
         MakeInstance(*master, false);

@@ -54,7 +54,7 @@ class Programs {
         std::uint64_t vertex = 0;
         std::uint64_t fragment = 0;
         bool flat = false;
-        auto operator<=>(const Key&) const = default;
+        auto operator<=>(const Key&) const = default;  // NOLINT(modernize-use-nullptr): clang-tidy 14 is wrong here
     };
     Program Link(const Shader* vertex, const Shader* fragment, bool flat);
 

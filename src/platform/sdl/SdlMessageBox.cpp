@@ -66,7 +66,7 @@ class Pen {
         return last - first + 2;
     }
     [[nodiscard]] std::uint8_t At(int column, int row) const {
-        return coverage[static_cast<std::size_t>(row * glyphCell + column)];
+        return coverage[static_cast<std::size_t>(row) * glyphCell + static_cast<std::size_t>(column)];
     }
     static void Blend(SDL_Surface* surface, int x, int y, unsigned amount) {
         if (amount == 0 || x < 0 || y < 0 || x >= surface->w || y >= surface->h) return;
