@@ -1,7 +1,9 @@
-// Runs a fuzz entry without libFuzzer: its seeds, then mutations of them, the same ones every time.
+// Runs a fuzz entry without libFuzzer: sound inputs and those of folders, then mutations of them, the same ones every
+// time.
 //
-//   fuzz_map [-s SECONDS] [-r SEED] [FILE...]    seeds and mutations for so long (else $FUZZ_SECONDS, else 3); with
-//   files, these alone fuzz_map -w FOLDER                           writes the seeds, as a corpus for libFuzzer
+//   fuzz_map [-s SECONDS] [-r SEED] [FOLDER...]    for so long (else $FUZZ_SECONDS, else 3)
+//   fuzz_map FILE...                               these alone
+//   fuzz_map -w FOLDER                             writes the sound inputs, as seeds
 //
 // The input at hand lies in "<program>.input" in the folder where the program was started, so that it can be given
 // again after a crash.
@@ -14,6 +16,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <iterator>
 #include <random>
 #include <sstream>
 
@@ -107,7 +110,7 @@ void Run(const std::string& input) {
     alarm(0);
 }
 
-std::string FileContent(const std::string& path) {
+std::string FileContent(const std::filesystem::path& path) {
     std::ifstream file(path, std::ios::binary);
     std::stringstream content;
     content << file.rdbuf();
@@ -118,7 +121,17 @@ void WriteSeeds(const std::filesystem::path& folder) {
     std::filesystem::create_directories(folder);
     int number = 0;
     for (const std::string& seed : fuzz::Seeds())
-        std::ofstream(folder / ("seed" + std::to_string(number++)), std::ios::binary) << seed;
+        std::ofstream(folder / ("sound-" + std::to_string(number++)), std::ios::binary) << seed;
+}
+
+// The files of a folder in the order of their names.
+void AddFolder(const std::filesystem::path& folder, std::vector<std::string>& inputs) {
+    std::vector<std::filesystem::path> files;
+    for (const auto& file : std::filesystem::directory_iterator(folder))
+        files.push_back(file.path());
+    std::sort(files.begin(), files.end());
+    for (const std::filesystem::path& file : files)
+        inputs.push_back(FileContent(file));
 }
 
 }  // namespace
@@ -141,10 +154,16 @@ int main(int argc, char** argv) {
     inputPath = (std::filesystem::current_path() / (program + ".input")).string();
     std::size_t runs = 0;
     std::vector<std::string> inputs;
-    for (int i = optind; i < argc; ++i)
-        inputs.push_back(FileContent(argv[i]));
-    const bool replay = !inputs.empty();
-    if (!replay) inputs = fuzz::Seeds();
+    bool replay = false;
+    for (int i = optind; i < argc; ++i) {
+        if (std::filesystem::is_directory(argv[i])) {
+            AddFolder(argv[i], inputs);
+        } else {
+            inputs.push_back(FileContent(argv[i]));
+            replay = true;
+        }
+    }
+    if (!replay) std::ranges::move(fuzz::Seeds(), std::back_inserter(inputs));
     for (const std::string& input : inputs)
         Run(input), ++runs;
     const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(replay ? 0.0 : seconds);

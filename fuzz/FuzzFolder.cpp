@@ -8,10 +8,11 @@
 #include "platform/FileSystem.h"
 #include "platform/MessageBox.h"
 
-// Absurd sizes that a library asks for are to fail as they do without a sanitizer, not to end the process.
-// NOLINTNEXTLINE(bugprone-reserved-identifier,readability-identifier-naming): the sanitizer gives the name.
+// Absurd sizes that a library asks for are to fail as they do without a sanitizer, not to end the process. And the
+// buffer of 64 MiB that unpacking takes again and again is to keep its shadow memory, which is most of a short run
+// otherwise. NOLINTNEXTLINE(bugprone-reserved-identifier,readability-identifier-naming): the sanitizer gives the name.
 extern "C" const char* __asan_default_options() {
-    return "allocator_may_return_null=1";
+    return "allocator_may_return_null=1:clear_shadow_mmap_threshold=1000000000";
 }
 
 namespace fuzz {

@@ -30,14 +30,8 @@ inline void BeginModels() {
     graphics.ForgetCalls();
 }
 
-// Draws what was loaded and lets all models go; whatever is left then is a leak.
-inline void EndModels(G::Mesh& model) {
-    if (DXG::BeginFrame(0, false, true)) {
-        model.Draw(true);
-        DXG::EndFrame0();
-    }
-    model.Release();
-    G::EmptyModelRegistry();
+// Whatever is left of models and textures now is a leak.
+inline void CheckNothingIsLeft() {
     std::vector<std::string>& faults = platform::ScriptedGraphics::Default().faults;
     if (G::LiveBones() > 0) faults.push_back("bones are left");
     if (!DXG::VertexBuffer::Records().empty() || !DXG::IndexBuffer::Records().empty())
@@ -46,6 +40,17 @@ inline void EndModels(G::Mesh& model) {
     if (faults.empty()) return;
     std::cerr << faults[0] << "\n";
     std::abort();
+}
+
+// Draws what was loaded and lets all models go.
+inline void EndModels(G::Mesh& model) {
+    if (DXG::BeginFrame(0, false, true)) {
+        model.Draw(true);
+        DXG::EndFrame0();
+    }
+    model.Release();
+    G::EmptyModelRegistry();
+    CheckNothingIsLeft();
 }
 
 }  // namespace fuzz

@@ -5,22 +5,48 @@
 
 #include <cstdlib>
 
+#include "demo/formats/ArchiveWriter.h"
 #include "demo/formats/MapWriter.h"
+#include "demo/formats/PcxWriter.h"
+#include "demo/formats/SpriteWriter.h"
+#include "formats/TolvMap.h"
 #include "fuzz/FuzzEntry.h"
+#include "fuzz/FuzzModels.h"
 #include "net/NetClient.h"
 #include "platform/Clock.h"
 #include "session/DreamLoading.h"
 #include "session/LineFramer.h"
 #include "session/TolvDataManager.h"
 #include "session/TolvSession.h"
+#include "world/TolvRenderer.h"
 
 namespace {
 
-// A session that is logged in to a peer on the loopback address. Sockets are used directly: the project's own only
-// connect.
-class LoggedInSession {
+// The files of a small game: the map that the server names at first, its graphics, and a dream that was downloaded
+// before, which is loaded anew by each run that enters it.
+void WriteGame() {
+    fuzz::WriteFile("data/tolvfile_ip.txt", "127.0.0.1\n1\n");  // where nobody listens
+    fuzz::WriteFile("patches/default/start.map", demo::WriteMap(demo::MapDrawing(20, 20)));
+    const std::string sprites = demo::WriteTs2({{0, {2, 2, {1, 2, 3, 4}}}, {1, {3, 2, {1, 2, 3, 4, 5, 6}}}});
+    fuzz::WriteFile("patches/default/floors.ts2", sprites);
+    fuzz::WriteFile("patches/default/wall.ts2", sprites);
+    fuzz::WriteFile("patches/default/palette.pcx", demo::WritePcx(1, 1, {1}, demo::RgbPalette()));
+}
+
+void WriteDream() {
+    static const std::string archive =
+        demo::WriteArchive({{"default.map", demo::ArchiveMethod::Plain, demo::WriteMap(demo::MapDrawing(8, 8))},
+                            {"floors.ts2", demo::ArchiveMethod::Plain, demo::WriteTs2({{0, {2, 2, {1, 2, 3, 4}}}})}});
+    fuzz::RemoveFolder("kvn2_tmp");
+    fuzz::WriteFile("kvn2_tmp/isle/isle.dream", archive);
+    fuzz::WriteFile("kvn2_tmp/isle/isle.dream.size", std::to_string(archive.size()));
+}
+
+// A connection to a peer on the loopback address, and sessions in each state of the login. Sockets are used directly:
+// the project's own only connect.
+class LiveSession {
   public:
-    LoggedInSession() {
+    LiveSession() {
         const int listener = socket(AF_INET, SOCK_STREAM, 0);
         sockaddr_in address{};
         address.sin_family = AF_INET;
@@ -32,21 +58,32 @@ class LoggedInSession {
         if (!client.Connect("127.0.0.1", ntohs(address.sin_port))) std::abort();
         peer = accept(listener, nullptr, nullptr);
         close(listener);
-        session.SetNetClient(&client);
-        Receive("END\n");
-        Receive("&&&&&&&&&&&&&\n");
-        if (!client.IsConnected()) std::abort();
+        greeted.SetNetClient(&client);
+        greeted.SetWorldPort(&TolvRenderer::Port());
+        waiting = greeted;
+        Receive(waiting, "END\n");
+        playing = waiting;
+        Receive(playing, "&&&&&&&&&&&&&\n");
+        if (!client.IsConnected() || !TolvMap::Current().LoadMap("patches\\default\\start.map")) std::abort();
+        map = TolvMap::Current();
     }
 
+    // The first byte G or W puts the stream before or into the login.
     void Run(std::string_view bytes) {
+        BeginPlace();
+        TolvSession& session = TolvSession::Default();
+        session = bytes.starts_with('G') ? greeted : bytes.starts_with('W') ? waiting : playing;
+        if (bytes.starts_with('G') || bytes.starts_with('W')) bytes.remove_prefix(1);
         LineFramer framer;
-        framer.Feed(bytes, [this](std::string_view line) { session.HandleServerLine(line); });
-        TolvDataManager& data = TolvDataManager::Default();
-        while (!data.GetTransfers().empty())
+        framer.Feed(bytes, [&](std::string_view line) { session.HandleServerLine(line); });
+        TolvRenderer::Update(0.1F);
+        while (!TolvDataManager::Default().GetTransfers().empty())
             UpdateTransfers();
-        data.ClearCharacters();
-        data.ClearMarkers();
-        for (std::string message; data.PopMessage(message);) {
+        if (DXG::BeginFrame(0.1F, false, true)) {
+            TolvRenderer::Render();
+            DXG::EndFrame0();
+        }
+        for (std::string message; TolvDataManager::Default().PopMessage(message);) {
         }
         char drained[4096];
         while (recv(peer, drained, sizeof drained, MSG_DONTWAIT) > 0) {
@@ -54,7 +91,23 @@ class LoggedInSession {
     }
 
   private:
-    void Receive(const std::string& bytes) {
+    // The map with somebody and a marker on it.
+    void BeginPlace() {
+        TolvMap::Current() = map;
+        TolvDataManager& data = TolvDataManager::Default();
+        data.ClearCharacters();
+        data.ClearMarkers();
+        for (int i = 0; i < 3; ++i) {
+            Character somebody;
+            somebody.gx = 10 + i;
+            somebody.gy = 10;
+            data.MoveCharacter(-1, -1, somebody);
+        }
+        data.AddMarker({10, 11, "xxlabel", "second"});
+        data.SetViewPosition(10, 10);
+    }
+
+    void Receive(TolvSession& session, const std::string& bytes) {
         if (send(peer, bytes.data(), bytes.size(), 0) < 0) std::abort();
         while (client.PendingBytes() < bytes.size())
             platform::SleepMs(5);
@@ -62,28 +115,39 @@ class LoggedInSession {
     }
 
     NET::Client client;
-    TolvSession session;
+    TolvSession greeted;
+    TolvSession waiting;
+    TolvSession playing;
+    TolvMap map;
     int peer = -1;
 };
 
 }  // namespace
 
 std::vector<std::string> fuzz::Seeds() {
-    return {"(hello\n[note\n@ 0 0\n1 ! !\"\"\n> ! !\"\"\n", "<t)))))))))  ! !  \n/t)))))))))  ! !   ! !\n) ! !\n",
-            ";patches\\default\\start.map\n]ccpalette.pcx\n", "]s ! !xxlabel second label\n]t ! !\n]q dream name\n",
-            "Nope.\n\n]q\n;..\\x\n"};
+    return {"(hello\n[note\n@ 0 0\n1 ! !\"\"\n> ! !\"\"\n",
+            "<t)))))))))  ! !  \n/t)))))))))  ! !   ! !\n) ! !\n",
+            ";patches\\default\\start.map\n]ccpalette.pcx\n",
+            "]s ! !xxlabel second label\n]t ! !\n]q dream name\n",
+            "Nope.\n\n]q\n;..\\x\n",
+            "]q isle\n",
+            "GWelcome\nEND of greeting\n",
+            "Wlet me see\n&&&&&&&&&&&&&\n(hello\n@ ( (\n"};
 }
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     fuzz::BeginRun();
-    static LoggedInSession* session = nullptr;
-    if (!session) {
-        fuzz::WriteFile("patches/default/start.map", demo::WriteMap(demo::MapDrawing(20, 20)));
-        fuzz::WriteFile("data/tolvfile_ip.txt", "127.0.0.1\n1\n");  // where nobody listens
-        static LoggedInSession loggedIn;
-        session = &loggedIn;
-    }
-    session->Run(fuzz::Text(data, size));
-    fuzz::RemoveFolder("kvn2_tmp");
+    fuzz::BeginModels();
+    static const bool ready = [] {
+        WriteGame();
+        const bool made = TolvRenderer::Init();
+        std::atexit(TolvRenderer::Shutdown);
+        return made;
+    }();
+    if (!ready) std::abort();
+    static LiveSession session;
+    const std::string_view bytes = fuzz::Text(data, size);
+    if (bytes.find("]q") != std::string_view::npos) WriteDream();
+    session.Run(bytes);
     return 0;
 }

@@ -6,6 +6,7 @@ build_packages=(g++ cmake ninja-build ccache pkg-config
 test_packages=(libgtest-dev libgmock-dev)
 screen_packages=(xvfb xdotool x11-utils imagemagick)
 bench_packages=(libbenchmark-dev libtiff-dev libpixman-1-dev)
+fuzz_packages=(clang libclang-rt-14-dev)
 
 # Installs those of the named packages that are missing; ends the script with one line when that cannot be.
 need_packages() {
