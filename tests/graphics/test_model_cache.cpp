@@ -131,6 +131,19 @@ TEST_F(Models, DoWithoutABrokenCache) {
     }
 }
 
+TEST_F(Models, TellOfCachesThatAreNone) {
+    folder.Write(cacheName, Cache(mesh, 1334));
+    G::ModelHeader header;
+    EXPECT_FALSE(G::LoadMeshBMBM("gen\\art\\m.bmbm", false, header));
+    EXPECT_FALSE(G::LoadMeshBMBM("gen\\none.bmbm", false, header));
+    EXPECT_EQ(Errors(),
+              "old version of: gen\\art\\m.bmbm so not loadable.  delete the cached mesh please.\n"
+              "Could not open file \"gen\\none.bmbm\" for LoadMeshBMBM.\n");
+    folder.Write(cacheName, Cache(std::string(1, '\0')));
+    EXPECT_TRUE(G::LoadMeshBMBM("gen\\art\\m.bmbm", false, header)) << "a model without bones";
+    EXPECT_EQ(header.topBone, nullptr);
+}
+
 TEST_F(Models, SurviveEveryCutAndEveryChangedByteOfACache) {
     for (std::size_t at = 0; at < 8; ++at) {
         std::string changed = sound;
