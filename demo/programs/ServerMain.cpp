@@ -1,22 +1,28 @@
-// The demo world's game and file server: serves until it is told to end.
+// The demo world's game and file server: serves until it is told to end, well or as badly as it is asked to.
+#include <algorithm>
 #include <charconv>
 #include <cstdint>
 #include <cstring>
 #include <exception>
 #include <filesystem>
 #include <fstream>
+#include <iomanip>
 #include <iostream>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "demo/server/DemoServer.h"
 #include "demo/server/Road.h"
+#include "demo/storms/StormServer.h"
 
 namespace {
 
 constexpr const char* usage =
     "usage: kelvane-demo-server --folder FOLDER [--game-port N] [--file-port N] [--ports-file FILE] [--log FILE]\n"
     "                           [--write-addresses] [--log-lines] [--still] [--day-seconds N] [--seed N]\n"
-    "       kelvane-demo-server --road PLACE\n"
+    "                           [--misbehave MODE[,MODE...]]...\n"
+    "       kelvane-demo-server --road PLACE | --help\n"
     "  --folder           an installation folder made by kelvane-demo-world\n"
     "  --game-port, --file-port\n"
     "                     ports on the loopback address; 0 or nothing: the system picks\n"
@@ -25,7 +31,10 @@ constexpr const char* usage =
     "  --log-lines        every line of a player is logged as well\n"
     "  --still            nothing moves or changes by itself\n"
     "  --day-seconds      from day to evening and back (240; 0: never)\n"
-    "  --road             prints the walk from the start to the door of a place, a digit of a movement line a step\n";
+    "  --road             prints the walk from the start to the door of a place, a digit of a movement line a step\n"
+    "  --misbehave        no game, but a server that misbehaves on purpose, to see how a client bears it: each client\n"
+    "                     that connects meets the next of the modes, again from the first one behind the last\n"
+    "modes:\n";
 
 struct Arguments {
     std::filesystem::path folder;
@@ -35,8 +44,16 @@ struct Arguments {
     std::string logFile;
     std::string road;
     bool writeAddresses = false;
+    bool help = false;
     demo::GameOptions game;
+    std::vector<const demo::Misbehaviour*> modes;
 };
+
+void PrintUsage(std::ostream& out) {
+    out << usage;
+    for (const demo::Misbehaviour& mode : demo::Misbehaviours())
+        out << "  " << std::left << std::setw(19) << mode.name << mode.text << "\n";
+}
 
 bool ParseNumber(const char* text, unsigned largest, unsigned& number) {
     const char* end = text + std::strlen(text);
@@ -44,9 +61,25 @@ bool ParseNumber(const char* text, unsigned largest, unsigned& number) {
     return result.ec == std::errc() && result.ptr == end && number <= largest;
 }
 
+// False, with a word to the user, for a mode that there is not.
+bool AddModes(std::string_view names, std::vector<const demo::Misbehaviour*>& modes) {
+    while (!names.empty()) {
+        const std::size_t end = std::min(names.find(','), names.size());
+        const demo::Misbehaviour* const mode = demo::FindMisbehaviour(names.substr(0, end));
+        if (!mode) {
+            std::cerr << "kelvane-demo-server: no way to misbehave is called " << names.substr(0, end) << "\n";
+            return false;
+        }
+        modes.push_back(mode);
+        names.remove_prefix(std::min(end + 1, names.size()));
+    }
+    return !modes.empty();
+}
+
 bool Parse(int count, char** words, Arguments& arguments) {
     for (int i = 1; i < count; ++i) {
         const std::string word = words[i];
+        if (word == "--help") return arguments.help = true;
         if (word == "--still")
             arguments.game.still = true;
         else if (word == "--log-lines")
@@ -74,7 +107,7 @@ bool Parse(int count, char** words, Arguments& arguments) {
                 arguments.game.daySeconds = number;
             else if (word == "--seed" && ParseNumber(value, 0xFFFFFFFFU, number))
                 arguments.game.seed = number;
-            else
+            else if (word != "--misbehave" || !AddModes(value, arguments.modes))
                 return false;
         }
     }
@@ -104,9 +137,8 @@ bool WriteWhole(const std::filesystem::path& path, const std::string& text) {
     return !failure;
 }
 
-int Serve(const Arguments& arguments) {
-    demo::ServerLog log(arguments.logFile);
-    demo::DemoServer server(arguments.folder, arguments.game, log);
+template <typename Server>
+int Serve(Server& server, const Arguments& arguments) {
     std::string reason;
     if (!server.Listen(static_cast<std::uint16_t>(arguments.gamePort), static_cast<std::uint16_t>(arguments.filePort),
                        reason)) {
@@ -130,13 +162,27 @@ int Serve(const Arguments& arguments) {
     return 0;
 }
 
+int Serve(const Arguments& arguments) {
+    demo::ServerLog log(arguments.logFile);
+    if (!arguments.modes.empty()) {
+        demo::StormServer server(arguments.folder, arguments.modes, log);
+        return Serve(server, arguments);
+    }
+    demo::DemoServer server(arguments.folder, arguments.game, log);
+    return Serve(server, arguments);
+}
+
 }  // namespace
 
 int main(int count, char** words) {
     Arguments arguments;
     if (!Parse(count, words, arguments)) {
-        std::cerr << usage;
+        PrintUsage(std::cerr);
         return 2;
+    }
+    if (arguments.help) {
+        PrintUsage(std::cout);
+        return 0;
     }
     try {
         return arguments.road.empty() ? Serve(arguments) : PrintRoad(arguments.road);

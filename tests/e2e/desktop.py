@@ -101,14 +101,14 @@ class Picture:
 class Demo:
     """The demo's installation in a temporary folder and its running servers."""
 
-    def __init__(self, binaries):
+    def __init__(self, binaries, *server_arguments):
         self.binaries = binaries
         self.folder = tempfile.mkdtemp(prefix='kelvane-e2e-')
         subprocess.run([f'{binaries}/kelvane-demo-world', self.folder], check=True, stdout=subprocess.DEVNULL)
         ports_file = f'{self.folder}/ports.txt'
         self.server = subprocess.Popen(
             [f'{binaries}/kelvane-demo-server', '--folder', self.folder, '--ports-file', ports_file, '--write-addresses',
-             '--log', f'{self.folder}/server.log', '--log-lines', '--still'], stdout=subprocess.DEVNULL)
+             '--log', f'{self.folder}/server.log', '--log-lines', '--still', *server_arguments], stdout=subprocess.DEVNULL)
         wait_until('the demo server listens', 20, lambda: os.path.exists(ports_file))
 
     def road(self, place):
@@ -145,9 +145,10 @@ class Demo:
 class Client:
     """The real program in its window."""
 
-    def __init__(self, demo, display, folder=None):
+    def __init__(self, demo, display, folder=None, environment=None):
         self.demo, self.display, self.folder = demo, display, folder or demo.folder
-        self.process = subprocess.Popen([f'{demo.binaries}/kelvane'], cwd=self.folder, env=display.environment)
+        self.process = subprocess.Popen([f'{demo.binaries}/kelvane'], cwd=self.folder,
+                                        env=dict(display.environment, **(environment or {})))
         wait_until('the graphics card is up', 60, lambda: 'Initial free texture memory' in self.text('_stat.txt'))
         self.window = wait_until('the window', 20,
                                  lambda: display.xdotool('search', '--onlyvisible', '--name', TITLE))[0]
