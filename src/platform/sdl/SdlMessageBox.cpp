@@ -22,6 +22,8 @@ constexpr int lineHeight = 21;
 constexpr int buttonWidth = 96;
 constexpr int buttonHeight = 30;
 constexpr int spaceAdvance = 5;
+constexpr Uint32 stepMs = 10;
+constexpr int stepsPerPicture = 10;
 constexpr Uint32 background = 0xFFF3F1EC;
 constexpr Uint32 ink = 0xFF202024;
 constexpr Uint32 buttonFace = 0xFFDCD8CE;
@@ -104,14 +106,10 @@ class Box {
 
     BoxAnswer Ask(const std::string& caption, SDL_Window* owner) {
         if (!Open(caption, owner)) return buttons.back().answer;
-        std::vector<SDL_Event> others;
         while (!answered) {
             Paint();
-            SDL_Event event;
-            if (!SDL_WaitEventTimeout(&event, 100)) continue;
-            do
-                if (!Handle(event)) others.push_back(event);
-            while (SDL_PollEvent(&event));
+            for (int step = 0; step < stepsPerPicture && !TakeEvents(); ++step)
+                SDL_Delay(stepMs);
         }
         SDL_DestroyWindow(window);
         // Not every system gives the keyboard back to the window below by itself.
@@ -122,6 +120,15 @@ class Box {
     }
 
   private:
+    // False when there were none. SDL_WaitEvent would not do: it sends its own wake-up call through a second connection
+    // to the display, and one that comes when the box has just closed ends the program.
+    bool TakeEvents() {
+        bool any = false;
+        for (SDL_Event event; SDL_PollEvent(&event); any = true)
+            if (!Handle(event)) others.push_back(event);
+        return any;
+    }
+
     bool Open(const std::string& caption, SDL_Window* owner) {
         int textWidth = 0;
         for (const std::string& line : lines)
@@ -203,6 +210,7 @@ class Box {
 
     std::vector<std::string> lines;
     std::vector<Button> buttons;
+    std::vector<SDL_Event> others;
     Pen pen;
     SDL_Window* window = nullptr;
     Uint32 windowId = 0;
