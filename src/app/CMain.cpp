@@ -1,5 +1,8 @@
 #include "app/CMain.h"
 
+#include <deque>
+#include <utility>
+
 #include "diag/CMemMan.h"
 #include "diag/LogFile.h"
 #include "formats/Palette.h"
@@ -149,8 +152,13 @@ void CMain::Update(float seconds) {
 }
 
 void CMain::ShowMessages() {
-    std::string message;
-    while (TolvDataManager::Default().PopMessage(message))
+    // What the window would drop again at once need not be laid out.
+    std::deque<std::string> messages;
+    for (std::string message; TolvDataManager::Default().PopMessage(message);) {
+        messages.push_back(std::move(message));
+        if (messages.size() > static_cast<std::size_t>(textWindow->LineLimit())) messages.pop_front();
+    }
+    for (const std::string& message : messages)
         textWindow->AddLine(ColouredChat(message));
 }
 

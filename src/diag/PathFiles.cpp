@@ -122,8 +122,8 @@ bool EqualsIgnoringCase(std::string_view a, std::string_view b) {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) { return Lower(x) == Lower(y); });
 }
 
-std::string ContainedPath(const std::string& folder, const std::string& name) {
+std::string ContainedPath(const std::string& folder, const std::string& name, bool report) {
     if (IsSafeName(name) && !platform::HasLinkBelow(folder, name)) return folder + name;
-    errorLog.WriteReport({"Bad: file name refused: \"", Printable(name), "\"\n"});
+    if (report) errorLog.WriteReport({"Bad: file name refused: \"", Printable(name), "\"\n"});
     return {};
 }

@@ -27,8 +27,9 @@ std::vector<std::string> SplitTokens(std::string_view text, std::string_view del
 int DecimalOf(std::string_view text);
 bool EqualsIgnoringCase(std::string_view a, std::string_view b);
 
-// Where a file named by an archive, a server or a list may be written or read: folder + name, or empty, with a message,
-// when the name is empty, absolute, longer than 200 bytes, has a drive or stream colon, a control byte, a part that is
+// Where a file named by an archive, a server or a list may be written or read: folder + name, or empty, with a message
+// unless `report` is false, when the name is empty, absolute, longer than 200 bytes, has a drive or stream colon, a
+// control byte, a part that is
 // "." or "..", a part that ends in a space or full stop, or when a link stands in the way below `folder` (which ends in
 // a separator or is empty).
-std::string ContainedPath(const std::string& folder, const std::string& name);
+std::string ContainedPath(const std::string& folder, const std::string& name, bool report = true);

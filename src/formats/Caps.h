@@ -24,11 +24,17 @@ constexpr std::size_t entryBytes = 64ULL << 20;
 constexpr std::uint64_t unpackedBytes = 2ULL << 30;
 // Lines of one kind of message that a single file may write; 65536 lines are a few MiB of log and less than a second.
 constexpr std::size_t repeatedMessages = 65536;
+// Messages that a server can cause over and over, of those about lines that no server sends without meaning harm.
+constexpr std::size_t refusalMessages = 100;
 // Bytes of one line from a game or file server. The longest lines known are descriptions of a few KiB.
 constexpr std::size_t serverLineBytes = 64ULL << 10;
 // Characters and markers that the server can put on a map; more are not shown. A crowded map holds a few hundred.
 constexpr std::size_t characters = 8192;
 constexpr std::size_t markers = 8192;
+// Of those near the view, the markers whose pillars are drawn: one on each of the 31 x 31 cells; and the characters of
+// labels, which take some tenth of a millisecond a label: half the places for characters of a picture of 800 x 600.
+constexpr std::size_t drawnMarkers = 961;
+constexpr std::size_t drawnLabelCharacters = 2500;
 // File transfers at the same time, each with two threads and a connection. A player is sent into one dream after the
 // other.
 constexpr std::size_t transfers = 16;

@@ -20,7 +20,7 @@ constexpr std::size_t receiveChunkBytes = 4096;
 // One pass ends after this many chunks, so that a flooding peer cannot keep the network lock for itself.
 constexpr int chunksPerPass = 1024;
 // What the owner does not take stays in the system's buffers beyond this many bytes; the peer then has to wait.
-constexpr std::size_t receiveBufferBytes = 16U << 20;
+constexpr std::size_t receiveBufferBytes = 8U << 20;
 // A send to a peer that takes nothing for this long is a lost connection.
 constexpr int sendStallSeconds = 5;
 constexpr unsigned sendRetryMs = 5;

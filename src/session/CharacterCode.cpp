@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-#include "diag/LogFile.h"
+#include "formats/CappedMessages.h"
+#include "formats/Caps.h"
 #include "session/TolvDataManager.h"
 #include "session/WireNumbers.h"
 
@@ -46,7 +47,9 @@ void DecodeCharacter(std::string_view colorCode, std::string_view frameCode, Cha
     character.group = std::min((frame - 1) / groupFrames, lastGroup);
     frame -= character.group * groupFrames;
     if (frame > groupFrames) {
-        errorLog.Write("Warning: Animation frame could not be correctly parsed: " + std::to_string(wholeFrame) + "\n");
+        static CappedMessages reports(caps::repeatedMessages);
+        reports.Add("Warning: Animation frame could not be correctly parsed: " + std::to_string(wholeFrame) + "\n");
+        reports.Flush();
         frame %= groupFrames + 1;
     }
     SetPose(frame, character);

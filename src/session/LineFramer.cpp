@@ -2,8 +2,6 @@
 
 #include <utility>
 
-#include "diag/LogFile.h"
-
 void LineFramer::Keep(std::string_view bytes) {
     begun = true;
     if (dropping) return;
@@ -13,8 +11,9 @@ void LineFramer::Keep(std::string_view bytes) {
     }
     dropping = true;
     rest.clear();
-    errorLog.Write("Error: Line of more than " + std::to_string(caps::serverLineBytes) +
-                   " bytes received from a server, so it is dropped.\n");
+    reports.Add("Error: Line of more than " + std::to_string(caps::serverLineBytes) +
+                " bytes received from a server, so it is dropped.\n");
+    reports.Flush();
 }
 
 bool LineFramer::Complete(std::string_view bytes) {

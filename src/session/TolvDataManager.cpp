@@ -75,9 +75,13 @@ void TolvDataManager::SetViewPosition(int gx, int gy) {
 
 bool TolvDataManager::StartDreamTransfer(const std::string& id, const std::string& folder) {
     if (transfers.size() >= caps::transfers) {
-        errorLog.Write("Error: Too many file transfers at once, so another one is refused: " + id + "\n");
+        // Once until there is room again: a server can order any number of dreams.
+        if (!refusing)
+            errorLog.Write("Error: Too many file transfers at once, so another one is refused: " + id + "\n");
+        refusing = true;
         return true;
     }
+    refusing = false;
     TOLV::FileGetter* const getter = new2<TOLV::FileGetter>(
         {"TOLV::FileGetter", "TOLV::FileGetter(id,path)", "TolvDataManager", __LINE__}, id, folder);
     if (!getter) return true;

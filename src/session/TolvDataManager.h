@@ -74,4 +74,5 @@ class TolvDataManager {
     std::vector<Marker> markers;
     std::vector<Character> characters;
     std::list<Transfer> transfers;
+    bool refusing = false;  // the last transfer found no room, and that was said
 };

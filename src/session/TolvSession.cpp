@@ -4,9 +4,11 @@
 #include <vector>
 
 #include "diag/PathFiles.h"
+#include "formats/Caps.h"
 #include "formats/Palette.h"
 #include "formats/TolvMap.h"
 #include "net/NetClient.h"
+#include "platform/Clock.h"
 #include "session/CharacterCode.h"
 #include "session/PlayerData.h"
 #include "session/TolvDataManager.h"
@@ -15,6 +17,8 @@
 
 namespace {
 
+// A poll that takes longer than one part in so many of a second leaves the rest of its lines to the next one.
+constexpr std::int64_t pollsPerSecond = 10;
 constexpr const char* defaultFolder = "patches\\default\\";
 
 struct GridCell {
@@ -72,8 +76,16 @@ void MoveView(std::string_view line) {
     Data().SetViewPosition(cell.gx, cell.gy);
 }
 
+// The place of a file that the server named, empty for a name that is refused, which is said so often and no more.
+std::string FileOfServer(const std::string& folder, std::string_view name) {
+    static std::size_t reports = caps::refusalMessages;
+    const std::string path = ContainedPath(folder, std::string(name), reports > 0);
+    if (path.empty() && reports > 0) --reports;
+    return path;
+}
+
 void ChangePalette(std::string_view line) {
-    const std::string path = ContainedPath(defaultFolder, std::string(line.substr(3)));
+    const std::string path = FileOfServer(defaultFolder, line.substr(3));
     if (!path.empty()) LoadPcxPalette(path);
 }
 
@@ -123,16 +135,26 @@ TolvSession& TolvSession::Default() {
 
 void TolvSession::PollServer() {
     if (!netClient) return;
-    if (netClient->PendingBytes() > 0) {
-        std::vector<char> bytes;
-        if (netClient->ReceiveData(bytes))
-            lineFramer.Feed({bytes.data(), bytes.size()}, [this](std::string_view line) { HandleServerLine(line); });
+    if (HasUnhandled() || netClient->PendingBytes() > 0) {
+        if (HasUnhandled() || netClient->ReceiveData(received)) HandleReceived();
+        if (HasUnhandled()) return;
+        received = std::vector<char>();
+        handled = 0;
         greetingPhase = false;
     }
     if (loggedIn && !netClient->IsConnected()) {
         loggedIn = false;
         Data().PostMessage("(Lost Connection to game server)");
     }
+}
+
+void TolvSession::HandleReceived() {
+    const std::int64_t end = platform::CounterValue() + platform::CounterFrequency() / pollsPerSecond;
+    const std::string_view rest = std::string_view(received.data(), received.size()).substr(handled);
+    handled += lineFramer.FeedWhile(rest, [&](std::string_view line) {
+        HandleServerLine(line);
+        return platform::CounterValue() < end;
+    });
 }
 
 void TolvSession::HandleServerLine(std::string_view line) {
@@ -207,7 +229,7 @@ void TolvSession::ChangeFloor(std::string_view line) {
 
 void TolvSession::ChangeMap(std::string_view line) {
     LeaveMap();
-    const std::string path = ContainedPath("", std::string(line.substr(1)));
+    const std::string path = FileOfServer("", line.substr(1));
     // A refused name is a map that cannot be loaded, which leaves none.
     if (path.empty())
         TolvMap::Current() = TolvMap();

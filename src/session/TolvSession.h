@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "session/LineFramer.h"
 
@@ -21,8 +22,12 @@ class TolvSession {
     void SetWorldPort(WorldPort* port) { worldPort = port; }
     [[nodiscard]] WorldPort* GetWorldPort() const { return worldPort; }
 
-    // Once per frame: handles every line that has arrived and tells the player of a lost connection.
+    // Once per frame: handles every line that has arrived and tells the player of a lost connection. Only a server
+    // whose lines take longer than a tenth of a second is not heard out: the picture goes on and the rest is handled in
+    // the polls that follow, before anything new is taken.
     void PollServer();
+    // Whether a poll has left lines to the next one.
+    [[nodiscard]] bool HasUnhandled() const { return handled < received.size(); }
     // Applies one line, without its line feed. Any bytes are allowed; a line that means nothing is ignored.
     void HandleServerLine(std::string_view line);
     // Sends the line and a line feed; false when not connected or not sent.
@@ -33,6 +38,7 @@ class TolvSession {
     bool SendLook(int gx, int gy);
 
   private:
+    void HandleReceived();
     void HandleGreeting(std::string_view line);
     void HandleLoginWait(std::string_view line);
     void HandleGameLine(std::string_view line);
@@ -43,5 +49,7 @@ class TolvSession {
     WorldPort* worldPort = nullptr;
     bool greetingPhase = true;
     bool loggedIn = false;
+    std::vector<char> received;
+    std::size_t handled = 0;  // of the bytes received
     LineFramer lineFramer;
 };

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "diag/CMemMan.h"
+#include "formats/Caps.h"
 #include "graphics/device/DXGImmediate.h"
 #include "graphics/device/DXGState.h"
 #include "graphics/device/DXGTexture.h"
@@ -17,8 +18,9 @@ constexpr float radius = 0.45F;
 constexpr float pillarHeight = 2.0F;
 constexpr float topV = 0.05F;  // below the picture's first rows
 constexpr float labelHeight = 1.5F;
-constexpr float halfCharacter = 4.0F;   // of a label's line, in pixels
-constexpr std::size_t keptLabels = 64;  // more share the last text object
+constexpr float halfCharacter = 4.0F;       // of a label's line, in pixels
+constexpr std::size_t keptLabels = 64;      // more share the last text object
+constexpr std::size_t leastCharacters = 8;  // that a label counts for: a short one takes as long as this
 constexpr std::uint32_t labelColor = 0xFFFFFFFFU;
 constexpr std::uint32_t subLabelColor = 0xFFC8C8C8U;
 
@@ -81,8 +83,12 @@ void MarkerRenderer::Draw(const ViewCell& view) {
     if (markers.empty()) return;
     DrawPillars(markers, view);
     std::size_t next = 0;
+    std::size_t room = caps::drawnLabelCharacters;
     for (const Marker& marker : markers) {
         if (!IsNearView(view, marker.gx, marker.gy)) continue;
+        const std::size_t characters = std::max(marker.label.size() + marker.subLabel.size(), leastCharacters);
+        if (characters > room) continue;
+        room -= characters;
         if (next == labels.size() && next < keptLabels) labels.push_back({NewLabelText(), {}, {}, 0});
         DrawLabel(labels[next], marker);
         next = std::min(next + 1, keptLabels - 1);
@@ -91,8 +97,10 @@ void MarkerRenderer::Draw(const ViewCell& view) {
 
 void MarkerRenderer::DrawPillars(const std::vector<Marker>& markers, const ViewCell& view) {
     pillars.clear();
+    std::size_t count = 0;
     for (const Marker& marker : markers)
-        if (IsNearView(view, marker.gx, marker.gy)) AppendPillar(marker.gx, marker.gy, pillars);
+        if (IsNearView(view, marker.gx, marker.gy) && count++ < caps::drawnMarkers)
+            AppendPillar(marker.gx, marker.gy, pillars);
     DXG::SetWorld(Identity());
     // Without its picture a pillar is plain white.
     if (texture && texture->IsLoaded())

@@ -156,7 +156,9 @@ TEST_F(TextTest, WindowStacksScrollsAndClips) {
         EXPECT_FLOAT_EQ(chat.Scroll(), scroll);
         EXPECT_FLOAT_EQ(chat.Lines().front()->Y(), 300 - scroll * (60 * 16 - 250));
     }
-    chat.Lines().back()->SetDynamic(true);
+    chat.Lines()[15]->SetDynamic(true);
+    chat.Draw();
+    EXPECT_EQ(graphics.draws.size(), 16U) << "250 pixels show 16 lines";
     for (int i = 0; i < 2; ++i) {
         chat.SetScroll(-3);
         chat.Draw();

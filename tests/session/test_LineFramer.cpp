@@ -45,6 +45,12 @@ TEST(LineFramer, ALineBeyondTheCapIsDroppedWithOneMessage) {
         const std::string message = "Error: Line of more than 65536 bytes received from a server, so it is dropped.\n";
         EXPECT_EQ(folder.Read("_error.txt"), message + message);
     }
+    support::ClearErrorLog();
+    std::string flood;
+    for (int i = 0; i < 103; ++i)
+        flood += longest + "+\n";
+    EXPECT_TRUE(Feed(flood, 4096).empty());
+    EXPECT_LT(folder.Read("_error.txt").size(), 10000U);
 }
 
 TEST(WireNumbers, Base95) {

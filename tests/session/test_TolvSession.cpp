@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <chrono>
+#include <thread>
 #include <utility>
 
 #include "demo/formats/MapWriter.h"
@@ -92,6 +95,41 @@ TEST_F(TolvSessionTest, TheLoginExchange) {
     session.PollServer();
     session.PollServer();
     EXPECT_EQ(TakeMessages(), "(Lost Connection to game server)\n");
+}
+
+TEST_F(TolvSessionTest, LinesThatTakeLongLeaveTimeForAFrame) {
+    struct SlowWorld : support::RecordingWorld {
+        void LoadDreamGraphics(const std::string& folder) override {
+            std::this_thread::sleep_for(std::chrono::milliseconds(40));
+            RecordingWorld::LoadDreamGraphics(folder);
+        }
+    } slow;
+    LogIn();
+    session.SetWorldPort(&slow);
+    std::string orders;
+    for (int i = 0; i < 8; ++i)
+        orders += "(" + std::to_string(i) + "\n;nowhere.map\n";
+    Poll(orders + "(the last\n");
+    game.CloseConnection();
+    ASSERT_TRUE(WaitFor([&] { return !client.IsConnected(); }));
+    std::string messages = TakeMessages();
+    EXPECT_TRUE(session.HasUnhandled());
+    EXPECT_LT(messages.size(), 8U) << "one poll took the time of four maps";
+    for (int polls = 1; session.HasUnhandled() && polls < 8; ++polls) {
+        session.PollServer();
+        messages += TakeMessages();
+    }
+    EXPECT_EQ(messages, "0\n1\n2\n3\n4\n5\n6\n7\nthe last\n(Lost Connection to game server)\n");
+}
+
+TEST_F(TolvSessionTest, RefusedNamesAreToldSoOften) {
+    LogIn();
+    std::string orders;
+    for (int i = 0; i < 300; ++i)
+        orders += i % 2 == 0 ? ";..\\secret.map\n" : "]cc..\\secret.pcx\n";
+    Poll(orders);
+    const std::string errors = folder.Read("_error.txt");
+    EXPECT_LT(std::count(errors.begin(), errors.end(), '\n'), 150);
 }
 
 TEST_F(TolvSessionTest, LineKinds) {

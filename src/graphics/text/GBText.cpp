@@ -124,6 +124,12 @@ void Text::Draw() {
     DXG::DrawTriangles(0, vertexCount / 3);
 }
 
+void Text::ReleaseQuads() {
+    if (vertexCount == 0) return;
+    quads = DXG::VertexBuffer();
+    vertexCount = 0;
+}
+
 bool Text::MakeRoom() {
     const std::size_t characters = std::min(text.text.size(), mostCharacters);
     if (quads.Count() >= characters * verticesPerCharacter && quads.IsCreated()) return true;

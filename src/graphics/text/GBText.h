@@ -39,6 +39,8 @@ class Text {
 
     // Nothing for an empty text. Leaves face culling off.
     void Draw();
+    // Gives the memory of the quads back until the next drawing: those of the longest lines take megabytes.
+    void ReleaseQuads();
 
   private:
     // Takes over a value that the quads depend on.

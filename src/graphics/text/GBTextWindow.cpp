@@ -67,8 +67,12 @@ void TextWindow::Draw() {
     if (lines.empty()) return;
     DXG::Set2D(static_cast<int>(std::lround(x)), static_cast<int>(std::lround(y)), static_cast<int>(std::lround(width)),
                static_cast<int>(std::lround(height)));
-    for (Text* line : lines)
-        line->Draw();
+    for (Text* line : lines) {
+        if (line->Y() < y + height && line->Y() + line->Height() > y)
+            line->Draw();
+        else
+            line->ReleaseQuads();
+    }
 }
 
 }  // namespace G

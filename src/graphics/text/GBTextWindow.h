@@ -22,6 +22,7 @@ class TextWindow {
     // 0 shows the oldest lines, 1 the newest; clamped.
     void SetScroll(float value);
     [[nodiscard]] float Scroll() const { return scroll; }
+    [[nodiscard]] int LineLimit() const { return maxLines; }
     [[nodiscard]] const std::deque<Text*>& Lines() const { return lines; }  // oldest first
     // Leaves the viewport and the 2D projection on the rectangle: callers set their own again.
     void Draw();
