@@ -10,88 +10,16 @@
 #include <sstream>
 #include <thread>
 
+#include "demo/DemoClient.h"
 #include "demo/server/DemoServer.h"
 #include "support/TestFolder.h"
 
 namespace demo {
 namespace {
 
+using support::DemoClient;
 using namespace std::chrono_literals;
 constexpr auto patience = 10s;
-
-// A client that reads whatever comes.
-class Client {
-  public:
-    explicit Client(std::uint16_t port) : socket(io) {
-        socket.connect({asio::ip::address_v4::loopback(), port}, failure);
-        socket.non_blocking(true, failure);
-    }
-
-    void Send(std::string_view bytes) {
-        for (std::size_t done = 0; done < bytes.size() && !ended;) {
-            done += socket.write_some(asio::buffer(bytes.substr(done)), failure);
-            if (failure == asio::error::would_block) {
-                Poll();
-                std::this_thread::sleep_for(1ms);
-            } else if (failure)
-                ended = true;
-        }
-    }
-    // Waits until everything received so far satisfies the condition.
-    bool WaitFor(const std::function<bool()>& condition) {
-        const auto end = std::chrono::steady_clock::now() + patience;
-        while (!condition()) {
-            if (std::chrono::steady_clock::now() > end) return false;
-            if (!Poll()) std::this_thread::sleep_for(1ms);
-        }
-        return true;
-    }
-    bool WaitForText(const std::string& text) {
-        return WaitFor([&] { return received.find(text) != std::string::npos; });
-    }
-    bool WaitForEnd() {
-        return WaitFor([&] { return ended; });
-    }
-    bool WaitForBytes(std::size_t count) {
-        return WaitFor([&] { return received.size() >= count || ended; }) && received.size() >= count;
-    }
-    [[nodiscard]] bool HasEnded() const { return ended; }
-    std::string TakeLine() {
-        if (!WaitForText("\n")) return {};
-        const std::size_t end = received.find('\n') + 1;
-        return TakeBytes(end);
-    }
-    std::string TakeBytes(std::size_t count) {
-        std::string taken = received.substr(0, count);
-        received.erase(0, count);
-        return taken;
-    }
-    bool LogIn(const std::string& nameAndPassword) {
-        if (!WaitForText("END\n")) return false;
-        Send("connect " + nameAndPassword + "\n");
-        if (!WaitForText("&&&&&&&&&&&&&\n")) return false;
-        Send("desc Nobody.\ncolor #$%&'()*+,!! \n");
-        const bool in = WaitForText("(> Welcome");
-        received.clear();
-        return in;
-    }
-
-    std::string received;
-
-  private:
-    bool Poll() {
-        char bytes[8192];
-        const std::size_t count = socket.read_some(asio::buffer(bytes), failure);
-        received.append(bytes, count);
-        if (failure && failure != asio::error::would_block) ended = true;
-        return count > 0;
-    }
-
-    asio::io_context io;
-    asio::ip::tcp::socket socket;
-    asio::error_code failure;
-    bool ended = false;
-};
 
 class ServerTest : public testing::Test {
   protected:
@@ -121,10 +49,10 @@ class ServerTest : public testing::Test {
 };
 
 TEST_F(ServerTest, PlayersSeeEachOtherComeSpeakAndGo) {
-    Client ada(server->GamePort());
+    DemoClient ada(server->GamePort());
     ASSERT_TRUE(ada.LogIn("Ada pw"));
     {
-        Client bram(server->GamePort());
+        DemoClient bram(server->GamePort());
         ASSERT_TRUE(bram.LogIn("Bram a b"));
         EXPECT_TRUE(ada.WaitForText("(> Bram has arrived.\n"));
         bram.Send("\"good evening\n");
@@ -139,7 +67,7 @@ TEST_F(ServerTest, PlayersSeeEachOtherComeSpeakAndGo) {
 }
 
 TEST_F(ServerTest, AWrongPasswordEndsTheConnection) {
-    Client ada(server->GamePort());
+    DemoClient ada(server->GamePort());
     ASSERT_TRUE(ada.WaitForText("END\n"));
     ada.Send("connect Ada wrong\n");
     EXPECT_TRUE(ada.WaitForText("Invalid Name or password.\n"));
@@ -147,7 +75,7 @@ TEST_F(ServerTest, AWrongPasswordEndsTheConnection) {
 }
 
 TEST_F(ServerTest, ADreamArrivesInAcknowledgedBlocks) {
-    Client client(server->FilePort());
+    DemoClient client(server->FilePort());
     EXPECT_TRUE(client.TakeLine().starts_with("10 "));
     client.Send("RC Bram a b deep 0 2 4096\n");
     EXPECT_EQ(client.TakeLine(), "44 10000 0 4096\n");
@@ -175,7 +103,7 @@ TEST_F(ServerTest, RefusesOtherRequests) {
                                                         {"PKOK 0\n", "50"},
                                                         {"RC Ada pw deep 0 2 4096\nPKOK 7\n", "44"}};
     for (const auto& [request, answer] : rows) {
-        Client client(server->FilePort());
+        DemoClient client(server->FilePort());
         client.TakeLine();
         client.Send(request);
         EXPECT_TRUE(client.TakeLine().starts_with(answer)) << request;
@@ -184,14 +112,14 @@ TEST_F(ServerTest, RefusesOtherRequests) {
 
 TEST_F(ServerTest, ServesSeveralDownloadsAtOnceAndForgetsBrokenOnes) {
     {
-        Client leaver(server->FilePort());
+        DemoClient leaver(server->FilePort());
         leaver.TakeLine();
         leaver.Send("RC Ada pw deep 0 2 64\n");
         EXPECT_TRUE(leaver.WaitForBytes(64));
     }
-    Client clients[] = {Client(server->FilePort()), Client(server->FilePort())};
+    DemoClient clients[] = {DemoClient(server->FilePort()), DemoClient(server->FilePort())};
     std::string contents[2];
-    for (Client& client : clients) {
+    for (DemoClient& client : clients) {
         client.TakeLine();
         // A block size below the least one is raised to it.
         client.Send("RC Ada pw deep 0 2 1\n");
@@ -208,18 +136,18 @@ TEST_F(ServerTest, ServesSeveralDownloadsAtOnceAndForgetsBrokenOnes) {
 }
 
 TEST_F(ServerTest, TurnsACrowdAway) {
-    std::vector<std::unique_ptr<Client>> crowd;
+    std::vector<std::unique_ptr<DemoClient>> crowd;
     for (int i = 0; i < 64; ++i) {
-        crowd.push_back(std::make_unique<Client>(server->GamePort()));
+        crowd.push_back(std::make_unique<DemoClient>(server->GamePort()));
         ASSERT_TRUE(crowd.back()->WaitForText("END\n")) << i;
     }
-    Client oneMore(server->GamePort());
+    DemoClient oneMore(server->GamePort());
     EXPECT_TRUE(oneMore.WaitForEnd());
     EXPECT_EQ(oneMore.received, "");
     crowd.pop_back();
     // The place becomes free as soon as the server has seen the other one go.
     EXPECT_TRUE(crowd.front()->WaitFor([&] {
-        Client next(server->GamePort());
+        DemoClient next(server->GamePort());
         return next.WaitFor([&] { return !next.received.empty() || next.HasEnded(); }) && !next.received.empty();
     }));
 }
@@ -251,11 +179,11 @@ TEST(ServerProgram, WritesItsPortsAndEndsOnASignal) {
 
 TEST_F(ServerTest, SurvivesAnyBytes) {
     std::mt19937 random(7);
-    Client witness(server->GamePort());
+    DemoClient witness(server->GamePort());
     ASSERT_TRUE(witness.LogIn("Ada pw"));
     const std::string starts[] = {"connect ", "RC ", "l ", "\"", "m ", "wh ", "color ", "desc ", "PKOK ", ""};
     for (int round = 0; round < 40; ++round) {
-        Client visitor(round % 2 ? server->FilePort() : server->GamePort());
+        DemoClient visitor(round % 2 ? server->FilePort() : server->GamePort());
         if (round % 4 == 0) visitor.LogIn("Bram a b");
         for (int line = 0; line < 50; ++line) {
             std::string bytes = starts[random() % std::size(starts)];

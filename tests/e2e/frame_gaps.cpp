@@ -1,7 +1,9 @@
 // Loaded into the client by LD_PRELOAD: watches the time between two frames on the screen. The file FRAME_GAPS_FILE has
-// the moment of the last frame (seconds of the monotonic clock) and the count of frames in its first line and a line for
-// each gap of more than 50 ms behind it: the moment it ended, its length in ms, and 1 when the frame in between asked
-// the player something or answered a dream order, which it does when it has loaded one.
+// the moment of the last frame (seconds of the monotonic clock) and the count of frames in its first line and a line
+// for each gap of more than 50 ms behind it: the moment it ended, its length in ms, how much of it the thread of the
+// frames was ready to run while others had the processors, and 1 when the frame in between had a reason: it asked the
+// player something, answered a dream order, which it does when it has loaded one, made the game's connection or loaded
+// the first map.
 
 #include <SDL.h>
 #include <dlfcn.h>
@@ -10,6 +12,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -19,7 +22,7 @@ namespace {
 
 constexpr double shortestGap = 0.05;
 
-std::atomic<bool> answered{false};
+std::atomic<bool> excused{false};
 
 template <typename Function>
 Function Real(const char* name) {
@@ -35,7 +38,9 @@ double Now() {
 struct Watch {
     int file = -1;
     off_t end = 0;
+    int schedule = -1;  // the kernel's account of the thread of the frames
     double last = 0.0;
+    double lastWaited = 0.0;
     long frames = 0;
 
     Watch() {
@@ -47,22 +52,35 @@ struct Watch {
         if (pwrite(file, text, static_cast<std::size_t>(length), at) != length) std::abort();
     }
 
+    // Seconds that this thread has been ready without a processor.
+    double Waited() {
+        if (schedule < 0) schedule = open("/proc/thread-self/schedstat", O_RDONLY | O_CLOEXEC);
+        char text[80] = {};
+        long long ran = 0;
+        long long waited = 0;
+        if (pread(schedule, text, sizeof text - 1, 0) <= 0 || std::sscanf(text, "%lld %lld", &ran, &waited) != 2)
+            std::abort();
+        return 1e-9 * static_cast<double>(waited);
+    }
+
     void Frame() {
         if (file < 0) return;
         const double now = Now();
+        const double waited = Waited();
         char text[80];
         ++frames;
         const int head = std::snprintf(text, sizeof text, "%20.6f %12ld\n", now, frames);
         Write(text, head, 0);
         if (end == 0) end = head;
-        const bool excused = answered.exchange(false);
+        const bool hadReason = excused.exchange(false);
         if (frames > 1 && now - last > shortestGap) {
-            const int length =
-                std::snprintf(text, sizeof text, "%.6f %.1f %d\n", now, 1e3 * (now - last), excused ? 1 : 0);
+            const int length = std::snprintf(text, sizeof text, "%.6f %.1f %.1f %d\n", now, 1e3 * (now - last),
+                                             1e3 * (waited - lastWaited), hadReason ? 1 : 0);
             Write(text, length, end);
             end += length;
         }
         last = now;
+        lastWaited = waited;
     }
 };
 
@@ -83,11 +101,30 @@ extern "C" void SDL_GL_SwapWindow(SDL_Window* window) {
 extern "C" void SDL_DestroyWindow(SDL_Window* window) {
     static const auto real = Real<void (*)(SDL_Window*)>("SDL_DestroyWindow");
     real(window);
-    answered = true;
+    excused = true;
 }
 
 extern "C" ssize_t send(int handle, const void* bytes, size_t count, int flags) {
     static const auto real = Real<ssize_t (*)(int, const void*, size_t, int)>("send");
-    if (Begins(bytes, count, "vascodagama\n") || Begins(bytes, count, "goback\n")) answered = true;
+    if (Begins(bytes, count, "vascodagama\n") || Begins(bytes, count, "goback\n")) excused = true;
     return real(handle, bytes, count, flags);
+}
+
+extern "C" int connect(int handle, const sockaddr* address, socklen_t length) {
+    static const auto real = Real<int (*)(int, const sockaddr*, socklen_t)>("connect");
+    static std::atomic<bool> inGame{false};
+    if (address->sa_family == AF_INET && !inGame.exchange(true)) excused = true;
+    return real(handle, address, length);
+}
+
+extern "C" int open(const char* path, int flags, ...) {
+    static const auto real = Real<int (*)(const char*, int, ...)>("open");
+    static std::atomic<bool> onMap{false};
+    va_list more;
+    va_start(more, flags);
+    const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(more, mode_t) : 0;
+    va_end(more);
+    const char* const extension = std::strrchr(path, '.');
+    if (extension && std::strcmp(extension, ".map") == 0 && !onMap.exchange(true)) excused = true;
+    return real(path, flags, mode);
 }
