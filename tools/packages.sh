@@ -5,7 +5,7 @@ build_packages=(g++ cmake ninja-build ccache pkg-config
   libfontconfig-dev fonts-liberation libbz2-dev libdw-dev libasio-dev libtinyobjloader-dev libgl1-mesa-dri)
 test_packages=(libgtest-dev libgmock-dev)
 screen_packages=(xvfb xdotool x11-utils imagemagick)
-bench_packages=(libbenchmark-dev libtiff-dev libpixman-1-dev)
+bench_packages=(libbenchmark-dev libtiff-dev libpixman-1-dev libmeshoptimizer-dev libassimp-dev)
 fuzz_packages=(clang libclang-rt-14-dev)
 
 # Installs those of the named packages that are missing; ends the script with one line when that cannot be.

@@ -1,6 +1,7 @@
 // The bodies of the binary cache's records.
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 
 #include "diag/LogFile.h"
@@ -21,6 +22,8 @@ constexpr std::uint32_t lastElementUse = 3;
 constexpr unsigned mipmapsFlag = 0xFF;
 constexpr std::size_t indexBytes = 2;
 constexpr std::size_t positionBytes = 12;
+// Vertices, indices and positions go between file and memory as they are.
+static_assert(std::endian::native == std::endian::little && sizeof(Vec3) == positionBytes);
 
 // True when a count fits its field.
 bool Fits(std::size_t count, std::size_t most, const char* what, const std::string& owner) {
@@ -81,9 +84,7 @@ bool AppendIndices(std::string& bytes, const DXG::IndexBuffer& buffer, const std
     }
     if (!Fits(buffer.Record()->count, most16, "indices", owner)) return false;
     AppendNumber(bytes, buffer.Record()->count, 2);
-    const auto* indices = static_cast<const std::uint16_t*>(lock.Data());
-    for (unsigned i = 0; i < buffer.Record()->count; ++i)
-        AppendNumber(bytes, indices[i], 2);
+    bytes.append(static_cast<const char*>(lock.Data()), buffer.Record()->count * indexBytes);
     return true;
 }
 
@@ -92,12 +93,9 @@ bool AppendPositions(std::string& bytes, const MeshRecord& mesh) {
         !Fits(mesh.positionIndices.size(), most16, "position indices", mesh.name))
         return false;
     AppendNumber(bytes, static_cast<std::uint32_t>(mesh.positions.size()), 2);
-    for (const Vec3& place : mesh.positions)
-        for (const float number : {place.x, place.y, place.z})
-            AppendFloat(bytes, number);
+    bytes.append(reinterpret_cast<const char*>(mesh.positions.data()), mesh.positions.size() * positionBytes);
     AppendNumber(bytes, static_cast<std::uint32_t>(mesh.positionIndices.size()), 2);
-    for (const std::uint16_t index : mesh.positionIndices)
-        AppendNumber(bytes, index, 2);
+    bytes.append(reinterpret_cast<const char*>(mesh.positionIndices.data()), mesh.positionIndices.size() * indexBytes);
     return true;
 }
 
@@ -154,7 +152,7 @@ bool ReadVertices(ByteCursor& cursor, bool writeOnly, DXG::VertexBuffer& buffer)
 
 bool ReadIndices(ByteCursor& cursor, bool writeOnly, MeshChunk& chunk) {
     const unsigned count = cursor.U16();
-    ByteCursor data(cursor.Bytes(count * indexBytes));
+    const std::string_view data = cursor.Bytes(count * indexBytes);
     if (cursor.Failed()) return false;
     const bool made = chunk.indexBuffer.Create(count, false, writeOnly);
     const DXG::BufferLock lock = made ? chunk.indexBuffer.Lock() : DXG::BufferLock();
@@ -163,10 +161,9 @@ bool ReadIndices(ByteCursor& cursor, bool writeOnly, MeshChunk& chunk) {
         return false;
     }
     auto* indices = static_cast<std::uint16_t*>(lock.Data());
-    for (unsigned i = 0; i < count; ++i) {
-        indices[i] = data.U16();
+    std::memcpy(indices, data.data(), data.size());
+    for (unsigned i = 0; i < count; ++i)
         chunk.indexLimit = std::max(chunk.indexLimit, indices[i] + 1U);
-    }
     return true;
 }
 
@@ -177,15 +174,12 @@ bool ReadChunk(ByteCursor& cursor, MeshCacheReading& reading, MeshChunk& chunk) 
 }
 
 void ReadPositions(ByteCursor& cursor, MeshRecord& mesh) {
-    ByteCursor places(cursor.Bytes(cursor.U16() * positionBytes));
-    while (places.Remaining() > 0) {
-        const float x = places.F32();
-        const float y = places.F32();
-        mesh.positions.push_back({x, y, places.F32()});
-    }
-    ByteCursor indices(cursor.Bytes(cursor.U16() * indexBytes));
-    while (indices.Remaining() > 0)
-        mesh.positionIndices.push_back(indices.U16());
+    const std::string_view places = cursor.Bytes(cursor.U16() * positionBytes);
+    const std::string_view indices = cursor.Bytes(cursor.U16() * indexBytes);
+    mesh.positions.resize(places.size() / positionBytes);
+    mesh.positionIndices.resize(indices.size() / indexBytes);
+    std::copy(places.begin(), places.end(), reinterpret_cast<char*>(mesh.positions.data()));
+    std::copy(indices.begin(), indices.end(), reinterpret_cast<char*>(mesh.positionIndices.data()));
 }
 
 }  // namespace

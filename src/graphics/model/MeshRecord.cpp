@@ -28,9 +28,8 @@ std::size_t StrideOf(const MeshChunk& chunk) {
 
 // The chunk's data, welded.
 struct WeldedChunk {
-    std::vector<unsigned char> vertices;
+    WeldedVertices vertices;
     std::vector<std::uint16_t> indices;
-    unsigned vertexCount = 0;
 };
 
 bool Weld(const MeshChunk& chunk, WeldedChunk& out) {
@@ -42,22 +41,19 @@ bool Weld(const MeshChunk& chunk, WeldedChunk& out) {
     }
     const auto* bytes = static_cast<const unsigned char*>(vertices.Data());
     const auto* numbers = static_cast<const std::uint16_t*>(indices.Data());
-    const std::size_t stride = StrideOf(chunk);
     out.indices.assign(numbers, numbers + chunk.indexBuffer.Count());
-    const auto kept = WeldVertices(bytes, chunk.vertexBuffer.Count(), stride, out.indices);
-    out.vertexCount = static_cast<unsigned>(kept.size());
-    for (const std::uint32_t vertex : kept)
-        out.vertices.insert(out.vertices.end(), bytes + vertex * stride, bytes + (vertex + 1) * stride);
+    out.vertices = WeldVertices(bytes, chunk.vertexBuffer.Count(), StrideOf(chunk), out.indices);
     return true;
 }
 
 // False when either buffer could not be made and filled.
 bool MakeBuffers(const MeshChunk& old, const WeldedChunk& welded, bool writeOnly, MeshChunk& made) {
     const DXG::VertexBufferRecord& vertices = *old.vertexBuffer.Record();
-    made.vertexBuffer.Create(welded.vertexCount, vertices.format, vertices.stride, vertices.dynamic, writeOnly);
+    made.vertexBuffer.Create(static_cast<unsigned>(welded.vertices.count), vertices.format, vertices.stride,
+                             vertices.dynamic, writeOnly);
     const DXG::BufferLock vertexLock = made.vertexBuffer.Lock(false);
     if (vertexLock)
-        std::memcpy(vertexLock.Data(), welded.vertices.data(), welded.vertices.size());
+        std::memcpy(vertexLock.Data(), welded.vertices.bytes.get(), welded.vertices.count * vertices.stride);
     else
         errorLog.Write("bad... couldn't lock newly created vb during mesh optimization.\n");
     made.indexBuffer.Create(static_cast<unsigned>(welded.indices.size()), old.indexBuffer.Record()->dynamic, writeOnly);
@@ -163,11 +159,10 @@ void MeshRecord::RebuildPositionsMesh() {
     ModelStatistics& statistics = ModelStatistics::Current();
     statistics.positionOriginal += static_cast<unsigned>(allPositions.size());
     const ProfileRegion region("Optimize Position Mesh", "GBMesh");
-    const auto kept = WeldVertices(reinterpret_cast<const unsigned char*>(allPositions.data()), allPositions.size(),
-                                   positionBytes, allIndices);
-    positions.clear();
-    for (const std::uint32_t vertex : kept)
-        positions.push_back(allPositions[vertex]);
+    const WeldedVertices welded = WeldVertices(reinterpret_cast<const unsigned char*>(allPositions.data()),
+                                               allPositions.size(), positionBytes, allIndices);
+    positions.resize(welded.count);
+    if (welded.count > 0) std::memcpy(positions.data(), welded.bytes.get(), welded.count * positionBytes);
     positionIndices = std::move(allIndices);
     statistics.positionOptimized += static_cast<unsigned>(positions.size());
 }

@@ -1,7 +1,9 @@
 #include "graphics/model/MeshTokenizer.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
+#include <cstdint>
 #include <cstdlib>
 #include <limits>
 #include <utility>
@@ -13,9 +15,39 @@ namespace G {
 
 namespace {
 
-constexpr bool IsSpace(char c) {
-    return c == ' ' || (c >= '\t' && c <= '\r');
+// What a character may be part of.
+enum CharacterClass : unsigned char { whiteSpace = 1, ofIntegers = 2, ofFloats = 4 };
+constexpr std::array<unsigned char, 256> characterClasses = [] {
+    std::array<unsigned char, 256> classes{};
+    for (const unsigned char c : {' ', '\t', '\n', '\v', '\f', '\r'})
+        classes[c] = whiteSpace;
+    for (unsigned char c = '0'; c <= '9'; ++c)
+        classes[c] = ofIntegers | ofFloats;
+    classes['-'] = ofIntegers | ofFloats;
+    classes['.'] = classes['e'] = ofFloats;
+    return classes;
+}();
+
+constexpr bool IsIn(char c, unsigned char characterClass) {
+    return (characterClasses[static_cast<unsigned char>(c)] & characterClass) != 0;
 }
+
+constexpr bool IsSpace(char c) {
+    return IsIn(c, whiteSpace);
+}
+
+// Takes the digits from `at` on into `number`, which is right for up to 19 of them; gives the place behind them.
+const char* TakeDigits(const char* at, const char* end, std::uint64_t& number) {
+    for (; at != end && *at >= '0' && *at <= '9'; ++at)
+        number = number * 10 + static_cast<std::uint64_t>(*at - '0');
+    return at;
+}
+
+// Numbers of so many digits fit an int, and a double without rounding.
+constexpr std::size_t mostIntegerDigits = 9;
+constexpr std::size_t mostFloatDigits = 15;
+constexpr std::array<double, mostFloatDigits + 1> powersOfTen{1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                              1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
 
 // The leading part as strtod reads it; from_chars leaves out-of-range values and a plus sign to the caller.
 double LeadingDouble(std::string_view word) {
@@ -75,19 +107,50 @@ std::string_view MeshTokenizer::NextToken() {
     return word;
 }
 
-std::string_view MeshTokenizer::ReadNumber(std::string_view allowed, const char* message) {
+std::string_view MeshTokenizer::ReadNumber(unsigned char allowed, const char* message) {
     const std::string_view word = NextToken();
-    if (word.find_first_not_of(allowed) != std::string_view::npos) Fail(message + std::string(word) + "\n");
+    if (!std::all_of(word.begin(), word.end(), [allowed](char c) { return IsIn(c, allowed); }))
+        Fail(message + std::string(word) + "\n");
     return word;
 }
 
 int MeshTokenizer::ReadInteger() {
-    return DecimalOf(ReadNumber("0123456789-", "Error parsing mesh: expected integer... but found: "));
+    PlainNumber plain;
+    if (TakePlainNumber(mostIntegerDigits, false, plain))
+        return static_cast<int>(plain.negative ? -plain.digits : plain.digits);
+    return DecimalOf(ReadNumber(ofIntegers, "Error parsing mesh: expected integer... but found: "));
+}
+
+bool MeshTokenizer::TakePlainNumber(std::size_t mostDigits, bool mayHavePoint, PlainNumber& plain) {
+    if (!pushedBack.empty()) return false;
+    const char* const end = text.data() + text.size();
+    const char* start = text.data() + position;
+    while (start != end && IsSpace(*start))
+        ++start;
+    plain.negative = start != end && *start == '-';
+    std::uint64_t number = 0;
+    const char* const whole = start + (plain.negative ? 1 : 0);
+    const char* const point = TakeDigits(whole, end, number);
+    const bool hasPoint = mayHavePoint && point != end && *point == '.';
+    const char* const fraction = point + (hasPoint ? 1 : 0);
+    const char* const stop = hasPoint ? TakeDigits(fraction, end, number) : fraction;
+    const auto count = static_cast<std::size_t>((point - whole) + (stop - fraction));
+    if ((stop != end && !IsSpace(*stop)) || count == 0 || count > mostDigits) return false;
+    wordStart = static_cast<std::size_t>(start - text.data());
+    position = static_cast<std::size_t>(stop - text.data());
+    ranToEnd = stop == end;
+    plain.digits = static_cast<std::int64_t>(number);
+    plain.afterPoint = static_cast<std::size_t>(stop - fraction);
+    return true;
 }
 
 float MeshTokenizer::ReadFloat() {
-    return NarrowToFloat(
-        LeadingDouble(ReadNumber("0123456789.-e", "Error parsing mesh: expected float... but found: ")));
+    PlainNumber plain;
+    if (TakePlainNumber(mostFloatDigits, true, plain)) {
+        const double size = static_cast<double>(plain.digits) / powersOfTen[plain.afterPoint];
+        return static_cast<float>(plain.negative ? -size : size);
+    }
+    return NarrowToFloat(LeadingDouble(ReadNumber(ofFloats, "Error parsing mesh: expected float... but found: ")));
 }
 
 Vec3 MeshTokenizer::ReadVector() {

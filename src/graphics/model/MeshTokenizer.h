@@ -2,6 +2,7 @@
 // The words of a model text: runs of characters between white space. Braces are words of their own.
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -54,7 +55,16 @@ class MeshTokenizer {
 
   private:
     bool Expect(char brace, const char* message);
-    std::string_view ReadNumber(std::string_view allowed, const char* message);
+    std::string_view ReadNumber(unsigned char allowed, const char* message);
+    // Takes the next word in one pass when it is nothing but a number of at most so many digits, as most are; else
+    // leaves it. Up to 15 digits and the power of ten below them are whole doubles, so that one division rounds just as
+    // strtod does.
+    struct PlainNumber {
+        std::int64_t digits = 0;
+        std::size_t afterPoint = 0;
+        bool negative = false;
+    };
+    bool TakePlainNumber(std::size_t mostDigits, bool mayHavePoint, PlainNumber& plain);
 
     const std::string_view text;
     CappedMessages& messages;

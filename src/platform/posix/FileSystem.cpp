@@ -119,6 +119,11 @@ bool ReadFileBytes(std::string_view path, std::string& out) {
     std::string hostPath;
     std::FILE* stream = HostPathOf(path, hostPath) ? OpenStream(hostPath, OpenMode::Read) : nullptr;
     if (!stream) return false;
+    // Room for all of it, unless the size is that of no file of ours.
+    constexpr off_t mostReserved = off_t{256} << 20;
+    struct stat about {};
+    if (fstat(fileno(stream), &about) == 0)
+        out.reserve(static_cast<std::size_t>(std::min(about.st_size, mostReserved)));
     char block[16384];
     while (const std::size_t count = std::fread(block, 1, sizeof block, stream))
         out.append(block, count);
@@ -130,8 +135,8 @@ bool ReadFileBytes(std::string_view path, std::string& out) {
 
 bool ReadFileText(std::string_view path, std::string& out) {
     if (!ReadFileBytes(path, out)) return false;
-    std::size_t kept = 0;
-    for (std::size_t i = 0; i < out.size(); ++i)
+    std::size_t kept = std::min(out.find('\r'), out.size());
+    for (std::size_t i = kept; i < out.size(); ++i)
         if (out[i] != '\r' || i + 1 == out.size() || out[i + 1] != '\n') out[kept++] = out[i];
     out.resize(kept);
     return true;
