@@ -72,7 +72,8 @@ std::string WithoutExtension(const std::string& path) {
 std::string ReadWholeFile(const std::string& path, bool binary) {
     std::string content;
     const bool read = binary ? platform::ReadFileBytes(path, content) : platform::ReadFileText(path, content);
-    return read ? content : std::string();
+    if (!read) content.clear();
+    return content;
 }
 
 bool ReadLines(const std::string& path, std::vector<std::string>& lines) {

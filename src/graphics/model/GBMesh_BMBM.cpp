@@ -1,5 +1,6 @@
 #include "graphics/model/GBMesh_BMBM.h"
 
+#include <memory>
 #include <random>
 
 #include "diag/LogFile.h"
@@ -187,19 +188,21 @@ float ReadStoredIdentifier(const std::string& path) {
 }
 
 bool LoadMeshBMBM(const std::string& path, bool readableMeshes, ModelHeader& header) {
-    if (platform::FileLength(path) > caps::modelCacheBytes ||
-        !platform::File(path, platform::OpenMode::Read).IsOpen()) {
+    platform::File file(path, platform::OpenMode::Read);
+    const auto size = static_cast<std::size_t>(file.Size());
+    if (!file.IsOpen() || size > caps::modelCacheBytes) {
         errorLog.Write("Could not open file \"" + path + "\" for LoadMeshBMBM.\n");
         return false;
     }
     const ProfileRegion region("Load BMBM file (binary)", "GBMesh_BMBM");
-    const std::string bytes = ReadWholeFile(path, true);
-    if (ByteCursor(bytes).U32() != meshCacheMagic) {
+    const auto bytes = std::make_unique_for_overwrite<char[]>(size);
+    const std::string_view all(bytes.get(), file.Read(bytes.get(), size));
+    file.Close();
+    if (ByteCursor(all).U32() != meshCacheMagic) {
         errorLog.Write("old version of: " + path + " so not loadable.  delete the cached mesh please.\n");
         return false;
     }
     MeshCacheReading reading{path, ModelFolderOf(path), readableMeshes, caps::modelTextures};
-    const std::string_view all(bytes);
     const std::string_view records = all.substr(std::min(all.size(), meshCacheHeaderBytes));
     if (DoLoadBMBMHierarchy(records, reading, header)) return true;
     errorLog.Write("Failed to load " + path + "\n");

@@ -12,15 +12,41 @@
 
 namespace G {
 
+namespace {
+
+// The number at the head of a text that begins with a sound RandomID. With a cache of that number the rest of the text,
+// which is nearly all of it, need not be read.
+bool ReadRandomIDAtHead(const std::string& fileName, float& randomID) {
+    char head[256];
+    platform::File file(fileName, platform::OpenMode::Read);
+    const auto words = SplitTokens(std::string(head, file.Read(head, sizeof head)), " \t\n\v\f\r");
+    const bool isSound =
+        words.size() > 3 && words[0] == "RandomID" && words[1] == "{" && MeshTokenizer::IsFloat(words[2]);
+    if (!isSound) return false;
+    CappedMessages none(0);
+    randomID = MeshTokenizer(words[2], none).ReadFloat();
+    return true;
+}
+
+}  // namespace
+
+bool LoadCacheOf(const std::string& fileName, bool readableMeshes, ModelHeader& header) {
+    const std::string path = MeshCachePath(fileName);
+    return ReadStoredIdentifier(path) == header.randomID && LoadMeshBMBM(path, readableMeshes, header);
+}
+
 bool LoadMeshMBM(const std::string& fileName, bool readableMeshes, ModelHeader& header, bool optimize) {
     const ProfileRegion region("Load Mesh (mbm or bmbm)", "GBMesh_LoadMBM");
     header.topBone = nullptr;
+    const bool tooLong = platform::FileLength(fileName) > caps::modelTextBytes;
+    const bool cacheTried = !tooLong && ReadRandomIDAtHead(fileName, header.randomID);
+    if (cacheTried && LoadCacheOf(fileName, readableMeshes, header)) return true;
     std::string text;
-    if (platform::FileLength(fileName) > caps::modelTextBytes || !platform::ReadFileText(fileName, text)) {
+    if (tooLong || !platform::ReadFileText(fileName, text)) {
         errorLog.Write("Failed to open file: " + fileName + "\n");
         return false;
     }
-    return MbmReader(fileName, std::move(text), readableMeshes, optimize, header).Load();
+    return MbmReader(fileName, std::move(text), readableMeshes, optimize, cacheTried, header).Load();
 }
 
 bool MbmReader::Load() {

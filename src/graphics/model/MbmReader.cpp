@@ -50,11 +50,13 @@ bool HasScale(const Mat3& rotation) {
 
 }  // namespace
 
-MbmReader::MbmReader(const std::string& modelName, std::string modelText, bool readable, bool weld, ModelHeader& out)
+MbmReader::MbmReader(const std::string& modelName, std::string modelText, bool readable, bool weld, bool triedCache,
+                     ModelHeader& out)
     : fileName(modelName),
       text(std::move(modelText)),
       readableMeshes(readable),
       optimize(weld),
+      cacheTried(triedCache),
       header(out),
       cachePath(MeshCachePath(modelName)),
       messages(caps::repeatedMessages),
@@ -109,7 +111,7 @@ bool MbmReader::ReadRandomID() {
     hasRandomID = true;
     header.randomID = tokens.ReadFloat();
     messages.Flush();
-    fromCache = ReadStoredIdentifier(cachePath) == header.randomID && LoadMeshBMBM(cachePath, readableMeshes, header);
+    fromCache = !cacheTried && LoadCacheOf(fileName, readableMeshes, header);
     if (!fromCache) tokens.ExpectClose();
     return true;
 }
@@ -227,8 +229,8 @@ void MbmReader::ReadVertices(MeshChunk& chunk) {
     if (type && !fits)
         Tell("Bad.. vertex list of " + std::to_string(count) + " vertices, which the file does not hold.\n");
     messages.Flush();
-    if (!fits || !chunk.vertexBuffer.Create(static_cast<unsigned>(count), type->format, DXG::StrideOf(type->format),
-                                            false, false)) {
+    const unsigned stride = fits ? DXG::StrideOf(type->format) : 0;
+    if (!fits || !chunk.vertexBuffer.Create(static_cast<unsigned>(count), type->format, stride, false, false)) {
         tokens.DropToBrace();
         tokens.ExpectClose();
         return;
@@ -239,7 +241,7 @@ void MbmReader::ReadVertices(MeshChunk& chunk) {
         tokens.DropToBrace();
     }
     auto* out = static_cast<unsigned char*>(lock.Data());
-    for (int i = 0; lock && i < count; ++i, out += DXG::StrideOf(type->format))
+    for (int i = 0; lock && i < count; ++i, out += stride)
         ReadVertex(*type, out);
     lock.Unlock();
     tokens.ExpectClose();

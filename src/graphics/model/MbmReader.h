@@ -13,10 +13,15 @@
 
 namespace G {
 
+// Loads the model's cache when that has the RandomID of `header`.
+bool LoadCacheOf(const std::string& fileName, bool readableMeshes, ModelHeader& header);
+
 // Owns all it makes until Load answers true.
 class MbmReader {
   public:
-    MbmReader(const std::string& modelName, std::string modelText, bool readable, bool weld, ModelHeader& out);
+    // `triedCache`: a RandomID at the head was read before and its cache does not serve.
+    MbmReader(const std::string& modelName, std::string modelText, bool readable, bool weld, bool triedCache,
+              ModelHeader& out);
     ~MbmReader();  // frees the bones that no header took
     MbmReader(const MbmReader&) = delete;
     MbmReader& operator=(const MbmReader&) = delete;
@@ -62,6 +67,7 @@ class MbmReader {
     const std::string text;
     const bool readableMeshes;
     const bool optimize;
+    const bool cacheTried;
     ModelHeader& header;
     const std::string cachePath;
     CappedMessages messages;

@@ -162,8 +162,7 @@ bool ReadIndices(ByteCursor& cursor, bool writeOnly, MeshChunk& chunk) {
     }
     auto* indices = static_cast<std::uint16_t*>(lock.Data());
     std::memcpy(indices, data.data(), data.size());
-    for (unsigned i = 0; i < count; ++i)
-        chunk.indexLimit = std::max(chunk.indexLimit, indices[i] + 1U);
+    if (count > 0) chunk.indexLimit = HighestIndex({indices, count}) + 1U;
     return true;
 }
 

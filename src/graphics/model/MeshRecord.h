@@ -2,6 +2,7 @@
 // Meshes: named lists of chunks of triangles, shared by the bones that carry them.
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -34,6 +35,8 @@ struct MeshChunk {
     // Highest index + 1 as loaded. A chunk with an index beyond its vertices is not drawn, because nothing says what a
     // device reads there.
     unsigned indexLimit = 0;
+    // The buffers are the welder's, which would find no equal vertices in them.
+    bool isWelded = false;
 };
 
 struct MeshRecord {
@@ -54,6 +57,9 @@ struct MeshRecord {
     // Once per load, of the chunks that will not be drawn.
     void TellOfUndrawnChunks(const std::string& fileName) const;
 };
+
+// 0 of none.
+std::uint16_t HighestIndex(std::span<const std::uint16_t> indices);
 
 // Name of a texture's normal map: "_norm" before the extension.
 std::string NormalMapName(const std::string& textureName);

@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <charconv>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <limits>
 #include <utility>
 
@@ -43,11 +45,58 @@ const char* TakeDigits(const char* at, const char* end, std::uint64_t& number) {
     return at;
 }
 
+// The same for the digits behind a point, which are many: eight at a time, as one number of eight bytes.
+const char* TakeManyDigits(const char* at, const char* end, std::uint64_t& number) {
+    static_assert(std::endian::native == std::endian::little);
+    constexpr std::uint64_t each = 0x0101010101010101;
+    constexpr std::array<std::uint64_t, 9> powers{1,       10,        100,        1'000,      10'000,
+                                                  100'000, 1'000'000, 10'000'000, 100'000'000};
+    while (end - at >= 8) {
+        std::uint64_t bytes = 0;
+        std::memcpy(&bytes, at, sizeof bytes);
+        bytes ^= each * '0';
+        const std::uint64_t above9 = ((bytes + each * (0x80 - 10)) | bytes) & each * 0x80;
+        const auto count = static_cast<std::size_t>(std::countr_zero(above9)) / 8;
+        if (count == 0) return at;
+        // Zeros in front of the digits; then neighbours become pairs, pairs fours, fours eight.
+        bytes <<= 8 * (8 - count);
+        bytes = (bytes * 10 + (bytes >> 8)) & 0x00FF00FF00FF00FF;
+        bytes = (bytes * 100 + (bytes >> 16)) & 0x0000FFFF0000FFFF;
+        number = number * powers[count] + ((bytes * 10'000 + (bytes >> 32)) & 0xFFFFFFFF);
+        at += count;
+        if (count < 8) return at;
+    }
+    return TakeDigits(at, end, number);
+}
+
 // Numbers of so many digits fit an int, and a double without rounding.
 constexpr std::size_t mostIntegerDigits = 9;
 constexpr std::size_t mostFloatDigits = 15;
 constexpr std::array<double, mostFloatDigits + 1> powersOfTen{1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                                               1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+
+struct PlainNumber {
+    std::int64_t digits = 0;
+    std::size_t afterPoint = 0;
+    bool negative = false;
+};
+
+// The end of the word at `start` when that is nothing but a number of at most so many digits, as most are; else null.
+template <std::size_t mostDigits, bool mayHavePoint>
+const char* EndOfPlainNumber(const char* start, const char* end, PlainNumber& plain) {
+    plain.negative = start != end && *start == '-';
+    std::uint64_t number = 0;
+    const char* const whole = start + (plain.negative ? 1 : 0);
+    const char* const point = TakeDigits(whole, end, number);
+    const bool hasPoint = mayHavePoint && point != end && *point == '.';
+    const char* const fraction = point + (hasPoint ? 1 : 0);
+    const char* const stop = hasPoint ? TakeManyDigits(fraction, end, number) : fraction;
+    const auto count = static_cast<std::size_t>((point - whole) + (stop - fraction));
+    if ((stop != end && !IsSpace(*stop)) || count == 0 || count > mostDigits) return nullptr;
+    plain.digits = static_cast<std::int64_t>(number);
+    plain.afterPoint = static_cast<std::size_t>(stop - fraction);
+    return stop;
+}
 
 // The leading part as strtod reads it; from_chars leaves out-of-range values and a plus sign to the caller.
 double LeadingDouble(std::string_view word) {
@@ -114,39 +163,44 @@ std::string_view MeshTokenizer::ReadNumber(unsigned char allowed, const char* me
     return word;
 }
 
+const char* MeshTokenizer::StartOfNextWord() const {
+    if (!pushedBack.empty()) return nullptr;
+    const char* start = text.data() + position;
+    while (start != text.data() + text.size() && IsSpace(*start))
+        ++start;
+    return start;
+}
+
+void MeshTokenizer::TakeWord(const char* start, const char* stop) {
+    wordStart = static_cast<std::size_t>(start - text.data());
+    position = static_cast<std::size_t>(stop - text.data());
+    ranToEnd = position == text.size();
+}
+
 int MeshTokenizer::ReadInteger() {
     PlainNumber plain;
-    if (TakePlainNumber(mostIntegerDigits, false, plain))
+    const char* const start = StartOfNextWord();
+    const char* const stop =
+        start ? EndOfPlainNumber<mostIntegerDigits, false>(start, text.data() + text.size(), plain) : nullptr;
+    if (stop) {
+        TakeWord(start, stop);
         return static_cast<int>(plain.negative ? -plain.digits : plain.digits);
+    }
     return DecimalOf(ReadNumber(ofIntegers, "Error parsing mesh: expected integer... but found: "));
 }
 
-bool MeshTokenizer::TakePlainNumber(std::size_t mostDigits, bool mayHavePoint, PlainNumber& plain) {
-    if (!pushedBack.empty()) return false;
-    const char* const end = text.data() + text.size();
-    const char* start = text.data() + position;
-    while (start != end && IsSpace(*start))
-        ++start;
-    plain.negative = start != end && *start == '-';
-    std::uint64_t number = 0;
-    const char* const whole = start + (plain.negative ? 1 : 0);
-    const char* const point = TakeDigits(whole, end, number);
-    const bool hasPoint = mayHavePoint && point != end && *point == '.';
-    const char* const fraction = point + (hasPoint ? 1 : 0);
-    const char* const stop = hasPoint ? TakeDigits(fraction, end, number) : fraction;
-    const auto count = static_cast<std::size_t>((point - whole) + (stop - fraction));
-    if ((stop != end && !IsSpace(*stop)) || count == 0 || count > mostDigits) return false;
-    wordStart = static_cast<std::size_t>(start - text.data());
-    position = static_cast<std::size_t>(stop - text.data());
-    ranToEnd = stop == end;
-    plain.digits = static_cast<std::int64_t>(number);
-    plain.afterPoint = static_cast<std::size_t>(stop - fraction);
-    return true;
+bool MeshTokenizer::IsFloat(std::string_view word) {
+    return std::all_of(word.begin(), word.end(), [](char c) { return IsIn(c, ofFloats); });
 }
 
 float MeshTokenizer::ReadFloat() {
     PlainNumber plain;
-    if (TakePlainNumber(mostFloatDigits, true, plain)) {
+    const char* const start = StartOfNextWord();
+    const char* const stop =
+        start ? EndOfPlainNumber<mostFloatDigits, true>(start, text.data() + text.size(), plain) : nullptr;
+    if (stop) {
+        TakeWord(start, stop);
+        // Both are whole, so that the one division rounds just as strtod does.
         const double size = static_cast<double>(plain.digits) / powersOfTen[plain.afterPoint];
         return static_cast<float>(plain.negative ? -size : size);
     }

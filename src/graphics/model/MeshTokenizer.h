@@ -2,7 +2,6 @@
 // The words of a model text: runs of characters between white space. Braces are words of their own.
 
 #include <cstddef>
-#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -31,6 +30,8 @@ class MeshTokenizer {
     // Both give the value of the word's leading part, whatever follows it.
     int ReadInteger();
     float ReadFloat();
+    // Whether a word holds nothing but what a float may hold.
+    static bool IsFloat(std::string_view word);
     Vec3 ReadVector();
     Mat3 ReadMatrix();
     bool ExpectOpen();
@@ -56,15 +57,9 @@ class MeshTokenizer {
   private:
     bool Expect(char brace, const char* message);
     std::string_view ReadNumber(unsigned char allowed, const char* message);
-    // Takes the next word in one pass when it is nothing but a number of at most so many digits, as most are; else
-    // leaves it. Up to 15 digits and the power of ten below them are whole doubles, so that one division rounds just as
-    // strtod does.
-    struct PlainNumber {
-        std::int64_t digits = 0;
-        std::size_t afterPoint = 0;
-        bool negative = false;
-    };
-    bool TakePlainNumber(std::size_t mostDigits, bool mayHavePoint, PlainNumber& plain);
+    // For plain numbers, which are taken in one pass: null when a word was put back.
+    [[nodiscard]] const char* StartOfNextWord() const;
+    void TakeWord(const char* start, const char* stop);
 
     const std::string_view text;
     CappedMessages& messages;
