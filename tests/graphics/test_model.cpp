@@ -1,6 +1,8 @@
 // Blocks, welding, bones, and models as they are shared, posed and drawn.
 
+#include <array>
 #include <cstring>
+#include <ctime>
 #include <random>
 #include <stdexcept>
 
@@ -251,6 +253,30 @@ TEST_F(Models, TakeAndLoseNormalMaps) {
     ASSERT_TRUE(Load(model, ""));  // from the registry: without the flag, but the master's meshes are the same
     G::LoadNormalMaps();
     EXPECT_TRUE(model.TopBone()->mesh.Mesh().chunks[0].texture1.IsLoaded());
+}
+
+// Compared each with each, these vertices would take a minute.
+TEST(WeldVertices, IsFastWhateverTheBytesAre) {
+    constexpr std::uint32_t count = 200000;
+    const struct {
+        std::uint32_t (*first)(std::uint32_t), (*last)(std::uint32_t);
+        std::uint16_t place;  // of vertex 65535
+    } rows[] = {
+        {[](std::uint32_t) { return 7U; }, [](std::uint32_t) { return 7U; }, 0},
+        {[](std::uint32_t) { return 7U; }, [](std::uint32_t i) { return i / 2; }, 32767},
+        {[](std::uint32_t i) { return i << 16; }, [](std::uint32_t i) { return i >> 16; }, 65535},
+        {[](std::uint32_t i) { return count - i; }, [](std::uint32_t) { return 0U; }, 65535},
+    };
+    for (const auto& row : rows) {
+        std::vector<std::array<std::uint32_t, 3>> vertices(count);
+        for (std::uint32_t i = 0; i < count; ++i)
+            vertices[i] = {row.first(i), 0, row.last(i)};
+        std::uint16_t index = 65535;
+        const std::clock_t start = std::clock();
+        (void)WeldVertices(reinterpret_cast<const unsigned char*>(vertices.data()), count, 12, {&index, 1});
+        EXPECT_LT((std::clock() - start) / CLOCKS_PER_SEC, 10);
+        EXPECT_EQ(index, row.place);
+    }
 }
 
 }  // namespace
