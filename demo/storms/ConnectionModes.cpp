@@ -78,6 +78,15 @@ std::vector<Misbehaviour> Paces() {
                   return std::string("(> What did you say?\n");
               }},
          {}},
+        {"deaf-greeting",
+         "asks for the login some hundred thousand times and takes none of it",
+         {.greet =
+              [](GameStorm& storm) {
+                  storm.Peer().StopReading();
+                  for (int i = 0; i < 16; ++i)
+                      storm.Peer().Send(Flood([] { return "END"; }));
+              }},
+         {}},
         {"urgent",
          "sends urgent bytes between the lines",
          {.more =

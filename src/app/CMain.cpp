@@ -32,6 +32,8 @@ constexpr std::uint32_t lightGreen = 0xFFBFFFBFU;
 constexpr std::uint32_t failureColour = 0xFFDC9696U;
 constexpr std::uint32_t backdrop = 0x50444444U;
 constexpr float pixelsOfScroll = 224.0F;
+// A game server that does not take the short lines of a player is lost before the picture stands still for long.
+constexpr unsigned sendPatienceMs = 50;
 
 std::uint32_t ChatColourOf(char first) {
     switch (first) {
@@ -101,6 +103,7 @@ G::ColouredText ColouredChat(const std::string& text) {
 CMain::CMain() {
     inputText.SetPosition(50.0F, 555.0F);
     inputText.SetWrapWidth(700.0F);
+    netClient.SetSendPatience(sendPatienceMs);
     TolvSession::Default().SetNetClient(&netClient);
     textWindow = new2<G::TextWindow>({"G::TextWindow", "G::TextWindow(40,300,700,250,60)", "CMain", 64}, 40.0F, 300.0F,
                                      700.0F, 250.0F, 60, 16.0F, std::string(), false, 0.5F);

@@ -21,9 +21,10 @@ constexpr std::size_t receiveChunkBytes = 4096;
 constexpr int chunksPerPass = 1024;
 // What the owner does not take stays in the system's buffers beyond this many bytes; the peer then has to wait.
 constexpr std::size_t receiveBufferBytes = 8U << 20;
-// A send to a peer that takes nothing for this long is a lost connection.
-constexpr int sendStallSeconds = 5;
 constexpr unsigned sendRetryMs = 5;
+// A connect that is not answered for this long has failed: the system's own limit is two minutes, and the window stands
+// still meanwhile.
+constexpr int connectSeconds = 5;
 
 std::atomic<std::uint32_t> liveEndpoints{0};
 std::atomic<std::uint32_t> totalSent{0};
@@ -33,6 +34,11 @@ std::atomic<bool (*)()> connectCancel{nullptr};
 bool Cancelled() {
     bool (*const cancelled)() = connectCancel.load();
     return cancelled && cancelled();
+}
+
+thread_local std::int64_t connectDeadline = 0;  // of the connect under way on this thread
+bool CancelledOrLate() {
+    return Cancelled() || platform::CounterValue() > connectDeadline;
 }
 
 void Misuse(const std::string& message) {
@@ -151,7 +157,8 @@ SocketStatus Client::ConnectSocket(const std::string& host, int port, bool& reso
     // A socket that was connected or refused once does not serve again.
     if (socketUsed && !OpenFreshSocket()) return SocketStatus::Error;
     socketUsed = true;
-    return socket.Connect(address, static_cast<std::uint16_t>(port), &Cancelled);
+    connectDeadline = platform::CounterValue() + connectSeconds * platform::CounterFrequency();
+    return socket.Connect(address, static_cast<std::uint16_t>(port), &CancelledOrLate);
 }
 
 bool Client::Connect(const std::string& host, int port) {
@@ -199,7 +206,7 @@ bool Client::SendData(const void* data, int length) {
 
     const char* const bytes = static_cast<const char*>(data);
     const std::size_t count = static_cast<std::size_t>(length);
-    const std::int64_t patience = sendStallSeconds * platform::CounterFrequency();
+    const std::int64_t patience = sendPatienceMs * platform::CounterFrequency() / 1000;
     std::int64_t lastProgress = platform::CounterValue();
     for (std::size_t done = 0; done < count;) {
         std::size_t sent = 0;

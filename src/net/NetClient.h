@@ -41,13 +41,16 @@ class Client : public Endpoint {
     ~Client() override;
 
     // `host` is a name or four numbers divided by points; a port outside 0 to 65535 fails. Blocks through lookup and
-    // connect with the network lock held. A client that was disconnected connects again on a fresh socket.
+    // connect, which may take 5 seconds, with the network lock held. A client that was disconnected connects again on a
+    // fresh socket.
     bool Connect(const std::string& host, int port);
-    // All of the bytes; false, and disconnected, when the peer is gone or has taken nothing for 5 seconds. False for
-    // fewer than one byte.
+    // All of the bytes; false, and disconnected, when the peer is gone or has taken nothing for as long as the patience
+    // lasts: 5 seconds unless it was set. False for fewer than one byte.
     bool SendData(const void* data, int length);
     // All bytes pending; false and `out` untouched when there are none.
     bool ReceiveData(std::vector<char>& out);
+    // The system's buffers hold many lines, so that a sender who must not stand still may wait for less.
+    void SetSendPatience(unsigned ms) { sendPatienceMs = ms; }
     void Disconnect();
     [[nodiscard]] bool IsConnected() const { return connected.load(); }
     // Bytes that ReceiveData would give now; 0 when not connected. No lock is taken.
@@ -64,6 +67,7 @@ class Client : public Endpoint {
     std::atomic<bool> connected{false};
     platform::Socket socket;  // under the network lock
     bool socketUsed = false;  // a connect was tried on it; under the network lock
+    unsigned sendPatienceMs = 5000;
     CriticalSection receiveLock;
     std::vector<char> receiveBuffer;   // under receiveLock
     std::atomic<unsigned> pending{0};  // its size

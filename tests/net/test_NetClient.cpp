@@ -106,6 +106,24 @@ TEST_F(NetClientTest, ASendToAPeerThatDoesNotReadEndsWhenTheWindowCloses) {
     EXPECT_FALSE(client->IsConnected());
 }
 
+TEST_F(NetClientTest, APeerThatDoesNotReadIsLostWhenThePatienceEnds) {
+    ASSERT_TRUE(Join());
+    client->SetSendPatience(50);
+    const std::string much(64U << 20, 'm');
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_FALSE(client->SendData(much.data(), static_cast<int>(much.size())));
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(4));
+    EXPECT_FALSE(client->IsConnected());
+}
+
+TEST_F(NetClientTest, AConnectThatNobodyAnswersFailsInTime) {
+    peer.FillUp();
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_FALSE(client->Connect("127.0.0.1", peer.Port()));
+    const auto took = std::chrono::steady_clock::now() - begin;
+    EXPECT_TRUE(took > std::chrono::seconds(4) && took < std::chrono::seconds(15));
+}
+
 TEST_F(NetClientTest, AFloodKeepsNeitherTheLockNorTheMemory) {
     ASSERT_TRUE(Join());
     std::thread flood([&] { (void)peer.Send(std::string(20U << 20, 'f')); });

@@ -27,6 +27,8 @@ LoopbackPeer::LoopbackPeer() : listener(socket(AF_INET, SOCK_STREAM | SOCK_CLOEX
 LoopbackPeer::~LoopbackPeer() {
     CloseConnection();
     StopListening();
+    for (const int visitor : visitors)
+        close(visitor);
 }
 
 bool LoopbackPeer::Accept() {
@@ -37,6 +39,17 @@ bool LoopbackPeer::Accept() {
     setsockopt(connection, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
     setsockopt(connection, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
     return connection >= 0;
+}
+
+void LoopbackPeer::FillUp() {
+    listen(listener, 0);
+    sockaddr_in own{};
+    socklen_t length = sizeof own;
+    getsockname(listener, reinterpret_cast<sockaddr*>(&own), &length);
+    for (int i = 0; i < 3; ++i) {
+        visitors.push_back(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+        static_cast<void>(connect(visitors.back(), reinterpret_cast<sockaddr*>(&own), length));
+    }
 }
 
 bool LoopbackPeer::Send(const std::string& bytes) {

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <string>
 #include <thread>
+#include <vector>
 
 namespace support {
 
@@ -34,11 +35,14 @@ class LoopbackPeer {
     std::string ReadLine(int count = 1);
     void CloseConnection();
     void StopListening();
+    // Connects to itself until the system leaves more connects without an answer.
+    void FillUp();
 
   private:
     int listener = -1;
     int connection = -1;
     int port = 0;
+    std::vector<int> visitors;
 };
 
 }  // namespace support
