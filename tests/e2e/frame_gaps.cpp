@@ -1,9 +1,10 @@
 // Loaded into the client by LD_PRELOAD: watches the time between two frames on the screen. The file FRAME_GAPS_FILE has
 // the moment of the last frame (seconds of the monotonic clock) and the count of frames in its first line and a line
 // for each gap of more than 50 ms behind it: the moment it ended, its length in ms, how much of it the thread of the
-// frames was ready to run while others had the processors, and 1 when the frame in between had a reason: it asked the
-// player something, answered a dream order, which it does when it has loaded one, made the game's connection or loaded
-// the first map.
+// frames had to wait for others, and 1 when the frame in between had a reason: it asked the player something, answered
+// a dream order, which it does when it has loaded one, made the game's connection or loaded the first map. Waiting for
+// others is being ready to run while the kernel gave the processors to someone else, and what a swap of the picture
+// takes beyond the thread's own processor time: that is the X server's.
 
 #include <SDL.h>
 #include <dlfcn.h>
@@ -11,6 +12,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cstdarg>
 #include <cstdio>
@@ -29,58 +31,60 @@ Function Real(const char* name) {
     return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
 }
 
-double Now() {
-    timespec now{};
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
-}
+// All in seconds.
+struct Times {
+    double clock = 0.0;
+    double ran = 0.0;     // of this thread
+    double waited = 0.0;  // of it, ready but without a processor
+};
 
 struct Watch {
     int file = -1;
+    int schedule = -1;  // the kernel's account of this thread
     off_t end = 0;
-    int schedule = -1;  // the kernel's account of the thread of the frames
-    double last = 0.0;
-    double lastWaited = 0.0;
+    Times last;
     long frames = 0;
 
     Watch() {
         const char* name = std::getenv("FRAME_GAPS_FILE");
         if (name) file = open(name, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+        schedule = open("/proc/thread-self/schedstat", O_RDONLY | O_CLOEXEC);
     }
 
     void Write(const char* text, int length, off_t at) const {
         if (pwrite(file, text, static_cast<std::size_t>(length), at) != length) std::abort();
     }
 
-    // Seconds that this thread has been ready without a processor.
-    double Waited() {
-        if (schedule < 0) schedule = open("/proc/thread-self/schedstat", O_RDONLY | O_CLOEXEC);
+    [[nodiscard]] Times Now() const {
+        timespec now{};
+        clock_gettime(CLOCK_MONOTONIC, &now);
         char text[80] = {};
         long long ran = 0;
         long long waited = 0;
         if (pread(schedule, text, sizeof text - 1, 0) <= 0 || std::sscanf(text, "%lld %lld", &ran, &waited) != 2)
             std::abort();
-        return 1e-9 * static_cast<double>(waited);
+        return {static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec),
+                1e-9 * static_cast<double>(ran), 1e-9 * static_cast<double>(waited)};
     }
 
-    void Frame() {
+    void Frame(const Times& drawn, const Times& shown) {
         if (file < 0) return;
-        const double now = Now();
-        const double waited = Waited();
         char text[80];
         ++frames;
-        const int head = std::snprintf(text, sizeof text, "%20.6f %12ld\n", now, frames);
+        const int head = std::snprintf(text, sizeof text, "%20.6f %12ld\n", shown.clock, frames);
         Write(text, head, 0);
         if (end == 0) end = head;
         const bool hadReason = excused.exchange(false);
-        if (frames > 1 && now - last > shortestGap) {
-            const int length = std::snprintf(text, sizeof text, "%.6f %.1f %.1f %d\n", now, 1e3 * (now - last),
-                                             1e3 * (waited - lastWaited), hadReason ? 1 : 0);
+        const double gap = shown.clock - last.clock;
+        const double swap = (shown.clock - drawn.clock) - (shown.ran - drawn.ran);
+        const double others = drawn.waited - last.waited + std::max(swap, 0.0);
+        if (frames > 1 && gap > shortestGap) {
+            const int length = std::snprintf(text, sizeof text, "%.6f %.1f %.1f %d\n", shown.clock, 1e3 * gap,
+                                             1e3 * others, hadReason ? 1 : 0);
             Write(text, length, end);
             end += length;
         }
-        last = now;
-        lastWaited = waited;
+        last = shown;
     }
 };
 
@@ -93,8 +97,9 @@ bool Begins(const void* bytes, std::size_t count, const char* word) {
 extern "C" void SDL_GL_SwapWindow(SDL_Window* window) {
     static const auto real = Real<void (*)(SDL_Window*)>("SDL_GL_SwapWindow");
     static Watch watch;
+    const Times drawn = watch.Now();
     real(window);
-    watch.Frame();
+    watch.Frame(drawn, watch.Now());
 }
 
 // The end of a message box.
