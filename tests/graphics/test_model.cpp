@@ -198,6 +198,12 @@ TEST_F(Models, DuplicateReadableMeshes) {
     EXPECT_TRUE(to.indexBuffer.Record()->writeOnly);
     EXPECT_EQ(std::memcmp(to.vertexBuffer.Lock(false).Data(), from.vertexBuffer.Lock(false).Data(), 24 * 32), 0);
     EXPECT_EQ(std::memcmp(to.indexBuffer.Lock().Data(), from.indexBuffer.Lock().Data(), 36 * 2), 0);
+
+    ASSERT_TRUE(original.Duplicate(true, copy));
+    std::memset(copy.Mesh().chunks[0].vertexBuffer.Lock(false).Data(), 0, 24 * 32);
+    copy.MutableMesh().Optimize(true);
+    EXPECT_EQ(copy.Mesh().chunks[0].vertexBuffer.Count(), 1U) << "what changed is welded again";
+    EXPECT_EQ(copy.Mesh().chunks[0].indexLimit, 1U) << "and drawn";
 }
 
 TEST_F(Models, AreDrawnChildrenFirst) {

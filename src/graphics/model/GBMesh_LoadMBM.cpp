@@ -158,7 +158,7 @@ void MbmReader::Finish() {
         SaveMeshBMBM(cachePath, header);
     if (readableMeshes || !optimize) return;
     for (MeshReference& mesh : meshes)
-        mesh.MutableMesh().Optimize(false);
+        mesh.MutableMesh().Optimize(false, true);
 }
 
 }  // namespace G

@@ -33,7 +33,7 @@ struct WeldedChunk {
     std::vector<std::uint16_t> indices;
 };
 
-bool Weld(const MeshChunk& chunk, WeldedChunk& out) {
+bool Weld(const MeshChunk& chunk, bool isWelded, WeldedChunk& out) {
     const DXG::BufferLock vertices = chunk.vertexBuffer.Lock(false);
     const DXG::BufferLock indices = chunk.indexBuffer.Lock();
     if (!vertices || !indices) {
@@ -45,7 +45,7 @@ bool Weld(const MeshChunk& chunk, WeldedChunk& out) {
     out.indices.assign(numbers, numbers + chunk.indexBuffer.Count());
     const std::size_t count = chunk.vertexBuffer.Count();
     const std::size_t stride = StrideOf(chunk);
-    if (!chunk.isWelded) {
+    if (!isWelded) {
         out.vertices = WeldVertices(bytes, count, stride, out.indices);
         return true;
     }
@@ -73,18 +73,18 @@ bool MakeBuffers(const MeshChunk& old, const WeldedChunk& welded, bool writeOnly
     return vertexLock && indexLock;
 }
 
-void OptimizeChunk(MeshChunk& chunk, bool keepReadable) {
+void OptimizeChunk(MeshChunk& chunk, bool keepReadable, bool isWelded) {
     if (IsWriteOnly(chunk)) return ReportWithStack("Cannot optimize mesh chunk.  Vertex/Index buffer not readable.\n");
     ModelStatistics& statistics = ModelStatistics::Current();
     statistics.graphicOriginal += chunk.vertexBuffer.Count();
     WeldedChunk welded;
-    if (!Weld(chunk, welded)) return;
+    if (!Weld(chunk, isWelded, welded)) return;
     MeshChunk made;
     // Without memory for new buffers the old ones still draw the same triangles.
     if (MakeBuffers(chunk, welded, !keepReadable, made)) {
         chunk.vertexBuffer = made.vertexBuffer;
         chunk.indexBuffer = made.indexBuffer;
-        chunk.isWelded = true;
+        chunk.indexLimit = welded.indices.empty() ? 0 : HighestIndex(welded.indices) + 1U;
     }
     statistics.graphicOptimized += chunk.vertexBuffer.Count();
     statistics.triangles += chunk.indexBuffer.Count() / 3;
@@ -160,9 +160,9 @@ std::uint16_t HighestIndex(std::span<const std::uint16_t> indices) {
     return *std::max_element(highest.begin(), highest.end());
 }
 
-void MeshRecord::Optimize(bool keepReadable) {
+void MeshRecord::Optimize(bool keepReadable, bool areWelded) {
     for (MeshChunk& chunk : chunks)
-        OptimizeChunk(chunk, keepReadable);
+        OptimizeChunk(chunk, keepReadable, areWelded);
 }
 
 void MeshRecord::RebuildPositionsMesh() {
@@ -191,7 +191,7 @@ void MeshRecord::RebuildPositionsMesh() {
 
 void MeshRecord::MeasureIndices() {
     for (MeshChunk& chunk : chunks)
-        if (chunk.indexBuffer.IsCreated()) chunk.indexLimit = HighestIndexOf(chunk.indexBuffer) + 1;
+        if (chunk.indexBuffer.Count() > 0) chunk.indexLimit = HighestIndexOf(chunk.indexBuffer) + 1U;
 }
 
 void MeshRecord::TellOfUndrawnChunks(const std::string& fileName) const {

@@ -32,11 +32,9 @@ struct MeshChunk {
     DXG::IndexBuffer indexBuffer;
     DXG::Texture texture0;  // colour
     DXG::Texture texture1;  // normal map
-    // Highest index + 1 as loaded. A chunk with an index beyond its vertices is not drawn, because nothing says what a
+    // Highest index + 1, as loaded or welded. A chunk with an index beyond its vertices is not drawn, because nothing says what a
     // device reads there.
     unsigned indexLimit = 0;
-    // The buffers are the welder's, which would find no equal vertices in them.
-    bool isWelded = false;
 };
 
 struct MeshRecord {
@@ -48,8 +46,9 @@ struct MeshRecord {
     std::vector<std::uint16_t> positionIndices;
 
     // Welds every chunk into new buffers. They can be read by the CPU when `keepReadable` is true and the old ones
-    // could. Chunks that cannot be read are reported and left alone.
-    void Optimize(bool keepReadable);
+    // could. Chunks that cannot be read are reported and left alone. `areWelded` says that the welder would find no
+    // equal vertices any more, so that it need not look.
+    void Optimize(bool keepReadable, bool areWelded = false);
     // Builds positions and positionIndices; reports and changes nothing when a buffer cannot be read.
     void RebuildPositionsMesh();
     // Sets every chunk's indexLimit from its index buffer.
