@@ -15,6 +15,16 @@ extern "C" const char* __asan_default_options() {
     return "allocator_may_return_null=1:clear_shadow_mmap_threshold=1000000000";
 }
 
+// fontconfig keeps its configuration for the whole run, and some of it out of the reach of the leak checker.
+// NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming)
+extern "C" const char* __lsan_default_suppressions() {
+    return "leak:libfontconfig\n";
+}
+extern "C" const char* __lsan_default_options() {
+    return "print_suppressions=0";
+}
+// NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)
+
 namespace fuzz {
 
 namespace fs = std::filesystem;

@@ -17,8 +17,8 @@ inline void BeginModels() {
     platform::ScriptedGraphics& graphics = platform::ScriptedGraphics::Default();
     if (!DXG::IsInitialized()) {
         platform::ScriptedGraphics::Start();
-        setup.width = 8;
-        setup.height = 8;
+        setup.width = 800;
+        setup.height = 600;
         DXG::Init(&window, &setup);
         // Down before the objects that the scripted device is made of.
         std::atexit([] {

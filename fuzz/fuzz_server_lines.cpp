@@ -18,6 +18,7 @@
 #include "session/LineFramer.h"
 #include "session/TolvDataManager.h"
 #include "session/TolvSession.h"
+#include "world/Camera.h"
 #include "world/TolvRenderer.h"
 
 namespace {
@@ -76,13 +77,9 @@ class LiveSession {
         if (bytes.starts_with('G') || bytes.starts_with('W')) bytes.remove_prefix(1);
         LineFramer framer;
         framer.Feed(bytes, [&](std::string_view line) { session.HandleServerLine(line); });
-        TolvRenderer::Update(0.1F);
         while (!TolvDataManager::Default().GetTransfers().empty())
             UpdateTransfers();
-        if (DXG::BeginFrame(0.1F, false, true)) {
-            TolvRenderer::Render();
-            DXG::EndFrame0();
-        }
+        ShowWorld();
         for (std::string message; TolvDataManager::Default().PopMessage(message);) {
         }
         char drained[4096];
@@ -91,6 +88,20 @@ class LiveSession {
     }
 
   private:
+    // A look at what the lines have made of the world, once the camera has come there, and at the cell below the mouse.
+    static void ShowWorld() {
+        constexpr float longEnough = 999.0F;
+        TolvRenderer::Update(longEnough);
+        int gx = 0;
+        int gy = 0;
+        ScreenToCell(400, 300, gx, gy);
+        TolvRenderer::SetHoverCell(gx, gy);
+        (void)TolvSession::Default().SendLook(gx, gy);
+        if (!DXG::BeginFrame(0.1F, false, true)) return;
+        TolvRenderer::Render();
+        DXG::EndFrame0();
+    }
+
     // The map with somebody and a marker on it.
     void BeginPlace() {
         TolvMap::Current() = map;
