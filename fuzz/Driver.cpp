@@ -117,7 +117,14 @@ std::string FileContent(const std::filesystem::path& path) {
     return content.str();
 }
 
-void WriteSeeds(const std::filesystem::path& folder) {
+[[noreturn]] void Refuse(const std::string& why) {
+    std::cerr << "error: " << why << "\n";
+    std::exit(2);
+}
+
+void WriteSeeds(const std::string& where) {
+    // Making the seeds may change the working folder.
+    const std::filesystem::path folder = std::filesystem::absolute(where);
     std::filesystem::create_directories(folder);
     int number = 0;
     for (const std::string& seed : fuzz::Seeds())
@@ -129,6 +136,7 @@ void AddFolder(const std::filesystem::path& folder, std::vector<std::string>& in
     std::vector<std::filesystem::path> files;
     for (const auto& file : std::filesystem::directory_iterator(folder))
         files.push_back(file.path());
+    if (files.empty()) Refuse("no inputs in " + folder.string());
     std::sort(files.begin(), files.end());
     for (const std::filesystem::path& file : files)
         inputs.push_back(FileContent(file));
@@ -158,9 +166,11 @@ int main(int argc, char** argv) {
     for (int i = optind; i < argc; ++i) {
         if (std::filesystem::is_directory(argv[i])) {
             AddFolder(argv[i], inputs);
-        } else {
+        } else if (std::filesystem::exists(argv[i])) {
             inputs.push_back(FileContent(argv[i]));
             replay = true;
+        } else {
+            Refuse(std::string("no file or folder ") + argv[i]);
         }
     }
     if (!replay) std::ranges::move(fuzz::Seeds(), std::back_inserter(inputs));
