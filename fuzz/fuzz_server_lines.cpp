@@ -60,10 +60,8 @@ class LiveSession {
         peer = accept(listener, nullptr, nullptr);
         close(listener);
         greeted.SetNetClient(&client);
-        greeted.SetWorldPort(&TolvRenderer::Port());
-        waiting = greeted;
-        Receive(waiting, "END\n");
-        playing = waiting;
+        BeginLogin(playing);
+        playing.SetWorldPort(&TolvRenderer::Port());
         Receive(playing, "&&&&&&&&&&&&&\n");
         if (!client.IsConnected() || !TolvMap::Current().LoadMap("patches\\default\\start.map")) std::abort();
         map = TolvMap::Current();
@@ -72,11 +70,15 @@ class LiveSession {
     // The first byte G or W puts the stream before or into the login.
     void Run(std::string_view bytes) {
         BeginPlace();
-        TolvSession& session = TolvSession::Default();
-        session = bytes.starts_with('G') ? greeted : bytes.starts_with('W') ? waiting : playing;
-        if (bytes.starts_with('G') || bytes.starts_with('W')) bytes.remove_prefix(1);
-        LineFramer framer;
-        framer.Feed(bytes, [&](std::string_view line) { session.HandleServerLine(line); });
+        if (bytes.starts_with('W')) {
+            TolvSession waiting;
+            BeginLogin(waiting);
+            Feed(waiting, bytes.substr(1));
+        } else if (bytes.starts_with('G')) {
+            Feed(greeted, bytes.substr(1));
+        } else {
+            Feed(playing, bytes);
+        }
         while (!TolvDataManager::Default().GetTransfers().empty())
             UpdateTransfers();
         ShowWorld();
@@ -88,6 +90,11 @@ class LiveSession {
     }
 
   private:
+    static void Feed(TolvSession& session, std::string_view bytes) {
+        LineFramer framer;
+        framer.Feed(bytes, [&](std::string_view line) { session.HandleServerLine(line); });
+    }
+
     // A look at what the lines have made of the world, once the camera has come there, and at the cell below the mouse.
     static void ShowWorld() {
         constexpr float longEnough = 999.0F;
@@ -118,6 +125,11 @@ class LiveSession {
         data.SetViewPosition(10, 10);
     }
 
+    void BeginLogin(TolvSession& session) {
+        session.SetNetClient(&client);
+        Receive(session, "END\n");
+    }
+
     void Receive(TolvSession& session, const std::string& bytes) {
         if (send(peer, bytes.data(), bytes.size(), 0) < 0) std::abort();
         while (client.PendingBytes() < bytes.size())
@@ -127,8 +139,7 @@ class LiveSession {
 
     NET::Client client;
     TolvSession greeted;
-    TolvSession waiting;
-    TolvSession playing;
+    TolvSession& playing = TolvSession::Default();
     TolvMap map;
     int peer = -1;
 };

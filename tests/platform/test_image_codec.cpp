@@ -130,6 +130,7 @@ TEST_F(ImageCodec, RefusesBadFilesBeforeTheirPixels) {
         {"wide.bmp", Bmp(8193, 1, 8, palette3, ""), ImageStatus::TooLarge},
         {"deep.bmp", Bmp(1, INT32_MIN + 1, 8, palette3, ""), ImageStatus::TooLarge},
         {"huge.png", png + "\x7F\xFF\xFF\xFF\x7F\xFF\xFF\xFF\x08\x02\0\0\0"s, ImageStatus::TooLarge},
+        {"cut.png", png + "\0\0\0\1\0\0\0\1\x08\2\0\0\0\x90wS\xDE\0\0\0\4gAMA"s, ImageStatus::InvalidData},
         {"cut.gif", Gif().substr(0, 20), ImageStatus::InvalidData},
         {"loop.jpg", "\xFF\xD8\xFF\xE0\0\0\xFF\xE0\0\0"s, ImageStatus::InvalidData},
         {"circle.tif", "II*\0\x04\0\0\0\xFF\xFF"s, ImageStatus::InvalidData},

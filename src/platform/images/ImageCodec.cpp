@@ -6,11 +6,14 @@
 #include <memory>
 #include <mutex>
 #include <new>
+#include <string_view>
 
 #include "platform/FileSystem.h"
 #include "platform/images/ImageHeader.h"
 
 namespace platform {
+
+using namespace std::string_view_literals;
 
 namespace {
 
@@ -93,6 +96,9 @@ ImageStatus DecodeImageFile(const std::string& path, ImagePixels& out) try {
     std::string bytes;
     ImageHeader header;
     if (const ImageStatus status = Examine(path, bytes, header); status != ImageStatus::Ok) return status;
+    // From a PNG that is cut short SDL_image reads the last bytes over and over, for ever when they are a chunk that
+    // is passed over.
+    if (header.decoder == "PNG"sv && !HasPngEnd(bytes)) return ImageStatus::InvalidData;
     const Surface surface = Decode(bytes, header.decoder);
     if (!surface || surface->w <= 0 || surface->h <= 0) return ImageStatus::InvalidData;
     ImagePixels made;

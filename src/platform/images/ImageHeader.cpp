@@ -182,4 +182,14 @@ ImageHeader ReadImageHeader(std::string_view content, std::string_view path) {
     return EndsInTga(path) ? ReadTga(bytes) : ImageHeader{};
 }
 
+bool HasPngEnd(std::string_view content) {
+    constexpr std::uint32_t endChunk = 0x49454E44;  // IEND
+    constexpr std::size_t emptyChunk = 12;          // length, kind, check sum
+    const Bytes bytes(content);
+    std::size_t at = 8;
+    while (at + emptyChunk <= bytes.Size() && bytes.Big32(at + 4) != endChunk)
+        at += emptyChunk + std::size_t{bytes.Big32(at)};
+    return at + emptyChunk <= bytes.Size();
+}
+
 }  // namespace platform

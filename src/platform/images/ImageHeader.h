@@ -18,4 +18,7 @@ struct ImageHeader {
 // By content; TGA, which has no mark, by the extension of `path`.
 [[nodiscard]] ImageHeader ReadImageHeader(std::string_view bytes, std::string_view path);
 
+// Whether the chunks of a PNG lead to its last one.
+[[nodiscard]] bool HasPngEnd(std::string_view bytes);
+
 }  // namespace platform
