@@ -3,6 +3,8 @@
 
 #include <string>
 
+#include "diag/StackText.h"
+
 class LogFile;
 
 // The symbol engine of the process: ready from static initialisation to static destruction, or never. Its state is one
@@ -25,9 +27,6 @@ std::string CallStack();
 
 // Removes the first line in place and returns the same string; a text without a line break stays whole.
 std::string& SkipFirstLine(std::string& text);
-
-// The system's message for the calling thread's last error, without its last three characters.
-std::string LastErrorText();
 
 // Writes a report: message, header ("  -call stack:\n"), stack, "\n". `fromCaller` leaves the first line out.
 void WriteReport(LogFile& log, const std::string& message, const char* header, bool fromCaller);

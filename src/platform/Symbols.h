@@ -8,8 +8,9 @@
 
 namespace platform {
 
-// Prepares the debug information of every loaded module; false when there is none to be had.
-[[nodiscard]] bool StartSymbols();
+// Prepares the debug information of every loaded module, of this process (0) or of another one that addresses are to be
+// named for; false when there is none to be had.
+[[nodiscard]] bool StartSymbols(long process = 0);
 void StopSymbols();
 
 // Return addresses of the calling thread, innermost first, at most `limit`; begins with CaptureStack's caller.

@@ -24,6 +24,7 @@ constexpr std::size_t keptAddresses = 65536;
 struct Engine {
     std::mutex lock;
     Dwfl* dwfl = nullptr;
+    pid_t process = 0;
     std::unordered_map<std::uintptr_t, std::vector<SymbolFrame>> known;
 };
 // Lives until the process is gone, because reports may come from the last static destructors.
@@ -39,9 +40,9 @@ const Dwfl_Callbacks& Callbacks() {
     return callbacks;
 }
 
-bool ReportModules(Dwfl* dwfl) {
+bool ReportModules(Dwfl* dwfl, pid_t process) {
     dwfl_report_begin(dwfl);
-    const bool found = dwfl_linux_proc_report(dwfl, getpid()) == 0;
+    const bool found = dwfl_linux_proc_report(dwfl, process) == 0;
     return dwfl_report_end(dwfl, nullptr, nullptr) == 0 && found;
 }
 
@@ -154,10 +155,10 @@ void AddFrames(Dwfl_Module* module, Dwarf_Addr address, SymbolFrame frame, std::
     frames.push_back(frame);
 }
 
-std::vector<SymbolFrame> LookUp(Dwfl* dwfl, Dwarf_Addr address) {
+std::vector<SymbolFrame> LookUp(Dwfl* dwfl, pid_t process, Dwarf_Addr address) {
     Dwfl_Module* module = dwfl_addrmodule(dwfl, address);
     // A library may have been loaded since the last look.
-    if (!module && ReportModules(dwfl)) module = dwfl_addrmodule(dwfl, address);
+    if (!module && ReportModules(dwfl, process)) module = dwfl_addrmodule(dwfl, address);
     std::vector<SymbolFrame> frames;
     if (!module) return {SymbolFrame()};
     SymbolFrame frame;
@@ -186,13 +187,14 @@ _Unwind_Reason_Code TakeFrame(_Unwind_Context* context, void* state) {
 
 }  // namespace
 
-bool StartSymbols() {
+bool StartSymbols(long process) {
     Engine& engine = TheEngine();
     const std::lock_guard<std::mutex> hold(engine.lock);
     if (engine.dwfl) return true;
     Dwfl* dwfl = dwfl_begin(&Callbacks());
     if (!dwfl) return false;
-    if (!ReportModules(dwfl)) {
+    engine.process = process == 0 ? getpid() : static_cast<pid_t>(process);
+    if (!ReportModules(dwfl, engine.process)) {
         dwfl_end(dwfl);
         return false;
     }
@@ -224,7 +226,7 @@ std::vector<SymbolFrame> NameAddress(std::uintptr_t returnAddress) {
     if (found != engine.known.end()) return found->second;
     if (engine.known.size() >= keptAddresses) engine.known.clear();
     // The call lies before the address that it returns to.
-    return engine.known[returnAddress] = LookUp(engine.dwfl, returnAddress - 1);
+    return engine.known[returnAddress] = LookUp(engine.dwfl, engine.process, returnAddress - 1);
 }
 
 }  // namespace platform

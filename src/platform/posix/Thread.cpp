@@ -3,6 +3,8 @@
 #include <atomic>
 #include <system_error>
 
+#include "platform/posix/CrashStack.h"
+
 namespace platform {
 
 namespace {
@@ -14,7 +16,10 @@ std::atomic<ThreadStarter> replacement{nullptr};
 bool StartThread(std::thread& out, void (*entry)(void* argument), void* argument) {
     if (ThreadStarter starter = replacement.load()) return starter(out, entry, argument);
     try {
-        out = std::thread(entry, argument);
+        out = std::thread([entry, argument] {
+            const CrashStack crashStack;
+            entry(argument);
+        });
         return true;
     } catch (const std::system_error&) {
         return false;

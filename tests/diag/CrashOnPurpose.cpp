@@ -1,0 +1,107 @@
+// Crashes in the manner that its argument names; test_crash.cpp looks at what is left behind.
+
+#include <malloc.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <stdexcept>
+#include <thread>
+
+#include "diag/CThread.h"
+#include "diag/LogFile.h"
+#include "diag/StackText.h"
+#include "platform/CrashReport.h"
+
+namespace {
+
+int* volatile nowhere = nullptr;
+
+[[gnu::noinline]] void WriteNowhere() {
+    *nowhere = 1;  // crash: null
+}
+
+[[gnu::noinline]] void WriteNowhereWithoutHandles() {
+    const rlimit none{0, 4096};
+    setrlimit(RLIMIT_NOFILE, &none);
+    *nowhere = 1;  // crash: handles
+}
+
+[[gnu::noinline]] int Endless(int depth) {
+    volatile char room[4096];
+    room[0] = static_cast<char>(depth);  // crash: overflow
+    return depth < 0 ? 0 : Endless(depth + 1) + room[0];
+}
+
+[[gnu::noinline]] void ThrowOutOfEverything() {
+    throw std::runtime_error("nobody wants this");  // crash: exception
+}
+
+// The heap finds out with its lock held.
+[[gnu::noinline]] void UseBrokenHeap() {
+    std::thread([] {}).join();
+    auto* block = static_cast<char*>(std::malloc(100000));
+    std::memset(block + malloc_usable_size(block), 0xFF, 8);
+    nowhere = static_cast<int*>(std::malloc(100000));  // crash: heap
+}
+
+[[gnu::noinline]] void Abort() {
+    std::abort();  // crash: abort
+}
+
+[[gnu::noinline]] void CallNowhere() {
+    auto* call = reinterpret_cast<void (*)()>(nowhere);
+    call();  // crash: call
+    asm volatile("");
+}
+
+// The unwinder has nothing to hold on to.
+[[gnu::noinline]] void LoseTheStack() {
+    asm volatile("xor %%esp, %%esp\n ud2" ::: "memory");
+}
+
+template <void crash()>
+void OnAThread() {
+    CThread thread([](CThread&, void*) { crash(); }, "Crashing", nullptr);
+}
+
+template <void crash()>
+void OnManyThreads() {
+    std::thread threads[8];
+    for (std::thread& thread : threads)
+        thread = std::thread(crash);
+    for (std::thread& thread : threads)
+        thread.join();
+}
+
+const struct {
+    const char* manner;
+    void (*crash)();
+} manners[] = {
+    {"null", WriteNowhere},
+    {"worker", OnAThread<WriteNowhere>},
+    {"many", OnManyThreads<WriteNowhere>},
+    {"handles", WriteNowhereWithoutHandles},
+    {"overflow", [] { Endless(0); }},
+    {"worker-overflow", OnAThread<[] { Endless(0); }>},
+    {"exception", ThrowOutOfEverything},
+    {"heap", UseBrokenHeap},
+    {"abort", Abort},
+    {"call", CallNowhere},
+    {"no-stack", LoseTheStack},
+};
+
+}  // namespace
+
+int main(int, char** arguments) {
+    const rlimit none{0, 0};
+    setrlimit(RLIMIT_CORE, &none);
+    platform::OutliveSignals();
+    platform::ReportCrashes({"_error.txt", "kelvane-stack", StackText});
+    errorLog.Write("Before.\n");
+    for (const auto& row : manners)
+        if (std::strcmp(row.manner, arguments[1]) == 0) row.crash();
+    return 0;
+}
