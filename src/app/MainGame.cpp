@@ -134,6 +134,12 @@ void MainGame::RunLoop() {
     RunState& run = RunState::Default();
     while (run.IsRunning()) {
         if (HandleMessage()) continue;
+        if (window->DisplayLost()) {
+            run.Stop();
+            exitCode = 1;
+            errorLog.Write("The display has gone away.  Program shut down.\n");
+            continue;
+        }
         if (DXG::HasFailed()) {
             run.Stop();
             errorLog.Write(

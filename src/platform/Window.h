@@ -63,6 +63,8 @@ class Window {
     virtual void PostQuit(int code) = 0;
     // True once the user has asked to close the window, even while its messages are not being taken. Any thread.
     [[nodiscard]] virtual bool CloseWanted() const = 0;
+    // True once the display that the window was on is gone: nothing is shown and no message comes any more. Any thread.
+    [[nodiscard]] virtual bool DisplayLost() const = 0;
     virtual void ShowCursor(bool show) = 0;
     // The system's own handle for graphics back ends of the same system; its type is theirs.
     [[nodiscard]] virtual void* NativeHandle() = 0;

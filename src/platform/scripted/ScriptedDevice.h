@@ -122,6 +122,7 @@ class ScriptedWindow : public Window {
     void DefaultProcedure(const WindowMessage& message) override { left.push_back(message); }
     void PostQuit(int code) override;
     [[nodiscard]] bool CloseWanted() const override { return closeWanted; }
+    [[nodiscard]] bool DisplayLost() const override { return false; }
     void ShowCursor(bool show) override { cursorShown = show; }
     [[nodiscard]] void* NativeHandle() override { return nullptr; }
 

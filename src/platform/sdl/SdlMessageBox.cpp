@@ -8,6 +8,7 @@
 
 #include "platform/FontRaster.h"
 #include "platform/MessageBox.h"
+#include "platform/sdl/DisplayLoss.h"
 
 namespace platform {
 
@@ -102,11 +103,12 @@ class Box {
             buttons = {{"Yes", BoxAnswer::Yes}, {"No", BoxAnswer::No}};
         else
             buttons = {{"OK", BoxAnswer::Ok}};
+        answer = buttons.back().answer;  // unless another one is given before the display goes away
     }
 
     BoxAnswer Ask(const std::string& caption, SDL_Window* owner) {
         if (!Open(caption, owner)) return buttons.back().answer;
-        while (!answered) {
+        while (!answered && !IsDisplayLost()) {
             Paint();
             for (int step = 0; step < stepsPerPicture && !TakeEvents(); ++step)
                 SDL_Delay(stepMs);
@@ -140,6 +142,7 @@ class Box {
         window = SDL_CreateWindow(caption.c_str(), SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED, width, height,
                                   SDL_WINDOW_ALWAYS_ON_TOP);
         if (!window) return false;
+        WatchDisplay(window);
         windowId = SDL_GetWindowID(window);
         ownerId = owner ? SDL_GetWindowID(owner) : 0;
         if (owner) SDL_SetWindowModalFor(window, owner);
@@ -224,7 +227,8 @@ BoxAnswer ShowSdlBox(const std::string& text, const std::string& caption, BoxKin
     // SDL would put window surfaces on a graphics card: the box must not need one, nor wake its driver at the process's
     // end.
     SDL_SetHint(SDL_HINT_FRAMEBUFFER_ACCELERATION, "0");
-    if (SDL_InitSubSystem(SDL_INIT_VIDEO) != 0) return kind == BoxKind::YesNo ? BoxAnswer::No : BoxAnswer::Ok;
+    if (IsDisplayLost() || SDL_InitSubSystem(SDL_INIT_VIDEO) != 0)
+        return kind == BoxKind::YesNo ? BoxAnswer::No : BoxAnswer::Ok;
     const BoxAnswer answer = Box(text, kind).Ask(caption, ownedByMainWindow ? mainWindow : nullptr);
     SDL_QuitSubSystem(SDL_INIT_VIDEO);
     return answer;

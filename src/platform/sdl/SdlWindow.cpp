@@ -6,6 +6,7 @@
 #include "platform/GraphicsDevice.h"
 #include "platform/SystemQuery.h"
 #include "platform/Window.h"
+#include "platform/sdl/DisplayLoss.h"
 #include "platform/sdl/ScanCodes.h"
 #include "platform/sdl/SdlMessageBox.h"
 #include "platform/sdl/WindowsText.h"
@@ -31,6 +32,7 @@ class SdlWindow : public Window {
         mainWindowId = SDL_GetWindowID(window);
         closeWanted = false;
         SDL_AddEventWatch(WatchForClose, nullptr);
+        WatchDisplay(window);
         UseSdlMessageBoxes(window);
         SetMainNativeWindow(window);
         SDL_StartTextInput();
@@ -50,7 +52,7 @@ class SdlWindow : public Window {
     bool TakeMessage(WindowMessage& out) override {
         SDL_Event event;
         while (waiting.empty()) {
-            if (!SDL_PollEvent(&event)) return false;
+            if (IsDisplayLost() || !SDL_PollEvent(&event)) return false;
             Translate(event);
         }
         out = waiting.front();
@@ -78,9 +80,10 @@ class SdlWindow : public Window {
     }
 
     [[nodiscard]] bool CloseWanted() const override {
-        if (SDL_ThreadID() == ownerThread) SDL_PumpEvents();
-        return closeWanted;
+        if (SDL_ThreadID() == ownerThread && !IsDisplayLost()) SDL_PumpEvents();
+        return closeWanted || IsDisplayLost();
     }
+    [[nodiscard]] bool DisplayLost() const override { return IsDisplayLost(); }
 
     void ShowCursor(bool show) override { SDL_ShowCursor(show ? SDL_ENABLE : SDL_DISABLE); }
     void* NativeHandle() override { return window; }
