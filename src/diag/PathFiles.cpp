@@ -76,6 +76,18 @@ std::string ReadWholeFile(const std::string& path, bool binary) {
     return content;
 }
 
+WriteOutcome WriteWholeFile(const std::string& path, std::string_view bytes) {
+    const std::string unfinished = path + ".tmp";
+    platform::File file(unfinished, platform::OpenMode::Write);
+    if (!file.IsOpen()) return WriteOutcome::NotOpened;
+    const bool written = file.Write(bytes.data(), bytes.size());
+    // A full disk may show only now.
+    const bool kept = file.Close() && written;
+    if (kept && platform::RenameFile(unfinished, path)) return WriteOutcome::Written;
+    static_cast<void>(platform::RemoveFile(unfinished));
+    return kept ? WriteOutcome::NotOpened : WriteOutcome::CutShort;
+}
+
 bool ReadLines(const std::string& path, std::vector<std::string>& lines) {
     std::string content;
     if (!platform::ReadFileText(path, content)) return false;

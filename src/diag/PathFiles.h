@@ -17,6 +17,10 @@ std::string ExtensionOf(const std::string& path);       // after the last ".", e
 std::string WithoutExtension(const std::string& path);  // before the last ".", else whole
 // The content in text mode or as bytes; empty when it cannot be opened.
 std::string ReadWholeFile(const std::string& path, bool binary);
+enum class WriteOutcome { Written, NotOpened, CutShort };
+// Creates or replaces a file. The bytes go to a file beside it first (".tmp" is added to the name), so that a full disk
+// or the end of the process leaves the file of before or none, never a part.
+[[nodiscard]] WriteOutcome WriteWholeFile(const std::string& path, std::string_view bytes);
 // Text mode, split at line feeds, empty lines dropped. False when it cannot be opened.
 bool ReadLines(const std::string& path, std::vector<std::string>& lines);
 // Lines up to the first empty one; false with a message when it cannot be opened.

@@ -57,15 +57,6 @@ void Complement(std::string_view stored, std::string& out) {
                    [](char byte) { return static_cast<char>(~static_cast<unsigned char>(byte)); });
 }
 
-bool WriteFile(const std::string& path, std::string_view contents) {
-    platform::File file(path, platform::OpenMode::Write);
-    if (!file.IsOpen()) return false;
-    const bool written = file.Write(contents.data(), contents.size());
-    if (file.Close() && written) return true;
-    (void)platform::RemoveFile(path);  // a file cut short would pass for an unpacked one
-    return false;
-}
-
 class Unpacker {
   public:
     explicit Unpacker(const std::string& path) : archivePath(path), folder(DirectoryOf(path)) {}
@@ -125,7 +116,9 @@ void Unpacker::UnpackEntry(const Entry& entry) {
     }
     unpackedBytes += contents.size();
     MakePathDirectories(outputPath);
-    if (!WriteFile(outputPath, contents)) errorLog.Write("Unable to write file: " + outputPath + ", so skipping\n");
+    // A part of a file would pass for an unpacked one at the next visit.
+    if (WriteWholeFile(outputPath, contents) != WriteOutcome::Written)
+        errorLog.Write("Unable to write file: " + outputPath + ", so skipping\n");
 }
 
 // The archive itself and the note of its size, by which a later visit knows a complete download.

@@ -143,13 +143,14 @@ class Demo:
 
 
 class Client:
-    """The real program in its window."""
+    """The real program in its window, started by the command `through`; `logs` says whether it can write them."""
 
-    def __init__(self, demo, display, folder=None, environment=None):
+    def __init__(self, demo, display, folder=None, environment=None, through=(), logs=True):
         self.demo, self.display, self.folder = demo, display, folder or demo.folder
-        self.process = subprocess.Popen([f'{demo.binaries}/kelvane'], cwd=self.folder,
+        self.process = subprocess.Popen([*through, f'{demo.binaries}/kelvane'], cwd=self.folder,
                                         env=dict(display.environment, **(environment or {})))
-        wait_until('the graphics card is up', 60, lambda: 'Initial free texture memory' in self.text('_stat.txt'))
+        if logs:
+            wait_until('the graphics card is up', 60, lambda: 'Initial free texture memory' in self.text('_stat.txt'))
         self.window = wait_until('the window', 20,
                                  lambda: display.xdotool('search', '--onlyvisible', '--name', TITLE))[0]
         wait_until('the first picture', 30, lambda: display.picture().lit(100, 20, 600, 100) > 0.005)

@@ -39,6 +39,18 @@ TEST(DreamArchive, UnpacksEveryMethodIntoItsFolder) {
     EXPECT_EQ(ErrorLogText(), "");
 }
 
+// A process that ends in the middle must not leave a part, which the next visit would take for an unpacked file.
+TEST(DreamArchive, NeverWritesIntoTheFileItReplaces) {
+    const support::TestFolder folder;
+    folder.Write("dream/x", "a part");
+    std::filesystem::create_hard_link("dream/x", "dream/before");
+    folder.Write("dream/a.arc", demo::WriteArchive({{"x", ArchiveMethod::Plain, "the whole of it"}}));
+    EXPECT_TRUE(UnpackDreamArchive(path));
+    EXPECT_EQ(folder.Read("dream/x"), "the whole of it");
+    EXPECT_EQ(folder.Read("dream/before"), "a part");
+    EXPECT_FALSE(folder.Has("dream/x.tmp"));
+}
+
 // After every row's entries follows a good one; whether it came out tells a walk that went on from one that stopped.
 TEST(DreamArchive, SaysWhatIsWrong) {
     const std::string lzwOfA = demo::StoredData(ArchiveMethod::Lzw, "A");

@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -73,6 +74,20 @@ TEST(ResolvePath, SeesEveryChangeAtOnce) {
     EXPECT_TRUE(platform::MakeDirectory("d\\Sub"));
     EXPECT_FALSE(platform::MakeDirectory("d\\SUB"));
     EXPECT_FALSE(platform::MakeDirectory("x\\y") || platform::RemoveFile("d\\sub"));
+}
+
+TEST(ResolvePath, LooksAgainAfterTheHandlesHadRunOut) {
+    const TestFolder folder;
+    folder.Write("d/File", "");
+    std::filesystem::last_write_time("d", std::filesystem::last_write_time("d") - std::chrono::hours(1));
+    rlimit before{};
+    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
+    const rlimit none{0, before.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+    const std::string without = platform::ResolvePath("d\\FILE");
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &before), 0);
+    EXPECT_EQ(without, "d/FILE");
+    EXPECT_EQ(platform::ResolvePath("d\\FILE"), "d/File");
 }
 
 TEST(File, OpensFilesOnly) {

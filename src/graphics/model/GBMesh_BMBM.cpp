@@ -37,21 +37,11 @@ bool IsUsablePath(const std::string& path) {
     return path.size() < longestPath;
 }
 
-// Under a name of its own first, so that a crash or a full disk leaves the old cache or none, never half of one.
-bool WriteWhole(const std::string& path, const std::string& bytes) {
-    const std::string unfinished = path + ".tmp";
-    platform::File file(unfinished, platform::OpenMode::Write);
-    if (!file.IsOpen()) {
-        errorLog.Write("Could not open \"" + path + "\" to write to.\n");
-        return false;
-    }
-    const bool written = file.Write(bytes.data(), bytes.size());
-    const bool kept = file.Close() && written;
-    if (!kept) errorLog.Write("fwrite didn't complete in SaveMeshBMBM???\n");
-    if (kept && platform::RenameFile(unfinished, path)) return true;
-    if (kept) errorLog.Write("Could not open \"" + path + "\" to write to.\n");
-    platform::RemoveFile(unfinished);
-    return false;
+bool WriteCache(const std::string& path, const std::string& bytes) {
+    const WriteOutcome outcome = WriteWholeFile(path, bytes);
+    if (outcome == WriteOutcome::NotOpened) errorLog.Write("Could not open \"" + path + "\" to write to.\n");
+    if (outcome == WriteOutcome::CutShort) errorLog.Write("fwrite didn't complete in SaveMeshBMBM???\n");
+    return outcome == WriteOutcome::Written;
 }
 
 // The folder of the model that a cache path stands for.
@@ -172,7 +162,7 @@ bool SaveMeshBMBM(const std::string& path, const ModelHeader& header) {
     }
     bytes += static_cast<char>(meshCacheEnd);
     MakePathDirectories(path);
-    return WriteWhole(path, bytes);
+    return WriteCache(path, bytes);
 }
 
 float ReadStoredIdentifier(const std::string& path) {

@@ -74,10 +74,12 @@ void Fill(Listing& listing, const char* hostFolder, const struct stat& about) {
     listing.device = about.st_dev;
     listing.inode = about.st_ino;
     listing.changedAt = about.st_mtim;
-    clock_gettime(CLOCK_REALTIME, &listing.listedAt);
+    listing.listedAt = {};
     listing.names.clear();
     DIR* entries = opendir(hostFolder);
+    // Out of handles, for example: the next question looks again.
     if (!entries) return;
+    clock_gettime(CLOCK_REALTIME, &listing.listedAt);
     while (const dirent* entry = readdir(entries))
         listing.names[FoldCase(entry->d_name)].emplace_back(entry->d_name);
     closedir(entries);
