@@ -3,22 +3,23 @@
 // for each gap of more than 50 ms behind it: the moment it ended, its length in ms, how much of it the thread of the
 // frames had to wait for others, and 1 when the frame in between had a reason: it asked the player something, answered
 // a dream order, which it does when it has loaded one, made the game's connection or loaded the first map. Waiting for
-// others is being ready to run while the kernel gave the processors to someone else, and what a swap of the picture
-// takes beyond the thread's own processor time: that is the X server's.
+// others is being ready to run while the kernel gave the processors to someone else, and waiting for the X server.
 
 #include <SDL.h>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <atomic>
+#include <cerrno>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <utility>
 
 namespace {
 
@@ -43,6 +44,7 @@ struct Watch {
     int schedule = -1;  // the kernel's account of this thread
     off_t end = 0;
     Times last;
+    double forServer = 0.0;  // asleep until the X server answered, since the last frame
     long frames = 0;
 
     Watch() {
@@ -67,8 +69,9 @@ struct Watch {
                 1e-9 * static_cast<double>(ran), 1e-9 * static_cast<double>(waited)};
     }
 
-    void Frame(const Times& drawn, const Times& shown) {
+    void Frame() {
         if (file < 0) return;
+        const Times shown = Now();
         char text[80];
         ++frames;
         const int head = std::snprintf(text, sizeof text, "%20.6f %12ld\n", shown.clock, frames);
@@ -76,8 +79,7 @@ struct Watch {
         if (end == 0) end = head;
         const bool hadReason = excused.exchange(false);
         const double gap = shown.clock - last.clock;
-        const double swap = (shown.clock - drawn.clock) - (shown.ran - drawn.ran);
-        const double others = drawn.waited - last.waited + std::max(swap, 0.0);
+        const double others = shown.waited - last.waited + std::exchange(forServer, 0.0);
         if (frames > 1 && gap > shortestGap) {
             const int length = std::snprintf(text, sizeof text, "%.6f %.1f %.1f %d\n", shown.clock, 1e3 * gap,
                                              1e3 * others, hadReason ? 1 : 0);
@@ -88,6 +90,8 @@ struct Watch {
     }
 };
 
+thread_local Watch* watch = nullptr;  // on the thread of the frames
+
 bool Begins(const void* bytes, std::size_t count, const char* word) {
     return count >= std::strlen(word) && std::memcmp(bytes, word, std::strlen(word)) == 0;
 }
@@ -96,10 +100,10 @@ bool Begins(const void* bytes, std::size_t count, const char* word) {
 
 extern "C" void SDL_GL_SwapWindow(SDL_Window* window) {
     static const auto real = Real<void (*)(SDL_Window*)>("SDL_GL_SwapWindow");
-    static Watch watch;
-    const Times drawn = watch.Now();
+    static Watch own;
     real(window);
-    watch.Frame(drawn, watch.Now());
+    watch = &own;
+    watch->Frame();
 }
 
 // The end of a message box.
@@ -132,4 +136,21 @@ extern "C" int open(const char* path, int flags, ...) {
     const char* const extension = std::strrchr(path, '.');
     if (extension && std::strcmp(extension, ".map") == 0 && !onMap.exchange(true)) excused = true;
     return real(path, flags, mode);
+}
+
+// The X server is the only one to be waited for at the other end of a local socket.
+extern "C" int poll(pollfd* watched, nfds_t count, int timeoutMs) {
+    static const auto real = Real<int (*)(pollfd*, nfds_t, int)>("poll");
+    sockaddr_storage address{};
+    socklen_t length = sizeof address;
+    if (!watch || count != 1 || timeoutMs == 0 ||
+        getsockname(watched->fd, reinterpret_cast<sockaddr*>(&address), &length) != 0 || address.ss_family != AF_UNIX)
+        return real(watched, count, timeoutMs);
+    const Times before = watch->Now();
+    const int ready = real(watched, count, timeoutMs);
+    const int failure = errno;
+    const Times after = watch->Now();
+    watch->forServer += (after.clock - before.clock) - (after.ran - before.ran) - (after.waited - before.waited);
+    errno = failure;
+    return ready;
 }

@@ -8,7 +8,7 @@ each with a display and a server of its own, and KELVANE_STORM_KEEP a folder tha
 What is asked of the client:
 - A frame every 250 ms, but for those that enter the game, load a dream or ask something. The time in which the frames'
   thread was ready to run and the kernel gave the processors to others does not count, nor that in which it waited for the
-  X server to take a picture: on a busy machine these are a second and more. The rasteriser runs in that thread as well.
+  X server: on a busy machine these are a second and more. The rasteriser runs in that thread as well.
 - No more than 160 MiB of memory above the client of the good server that is run first.
 - An error log of at most 8 MiB, with no misuse, no failed call and no leak in it: those are reported with call stacks.
 - A typed letter is on the screen within 10 seconds, and the close button ends it with code 0 within 20."""
