@@ -104,6 +104,15 @@ std::vector<Misbehaviour> DreamModes() {
                   if (++storm.turn % 16 == 0) OrderMany(storm, true);
               }},
          {}},
+        {"dreams-flood",
+         "the same, where one download stands still while all that wait for it are flooded",
+         {.entered = [](GameStorm& storm) { OrderMany(storm, true); }},
+         {.welcome =
+              [](FileStorm& storm) {
+                  for (int i = 0; i < 1024 && storm.turn % 16 != 0; ++i)
+                      storm.Peer().Send(std::string(64U << 10, '1'));
+                  storm.Peer().FallSilent();
+              }}},
         {"dream-names", "dream names that are no file names", {.entered = OrderOddName, .travelled = OrderOddName}, {}},
         WithFiles("sizes", "the file server announces false sizes, each download others", {.reply = FalseSizes}),
         WithFiles("blocks", "a block is out of order, too large, too small or none, each download another",

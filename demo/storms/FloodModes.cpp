@@ -104,6 +104,10 @@ std::vector<Misbehaviour> Worlds() {
                 [](GameStorm& storm) { return Flood([&] { return "@" + storm.NearPosition(); }); }),
         FloodOf("flood-markers", "markers near the player without a break",
                 [](GameStorm& storm) { return Flood([&] { return Marker(storm.NearPosition(), "storm"); }); }),
+        FloodOf("flood-labels", "markers with names of 60 000 bytes without a break",
+                [](GameStorm& storm) {
+                    return Flood([&] { return Marker(storm.AnyPosition(), std::string(30000, 'n')); });
+                }),
         FloodOf("flood-palettes", "palette orders without a break",
                 [](GameStorm& storm) { return Flood([&] { return "]cc" + storm.Town().place.palette; }); }),
         FloodOf("flood-maps", "map orders without a break",

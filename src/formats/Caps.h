@@ -31,6 +31,8 @@ constexpr std::size_t serverLineBytes = 64ULL << 10;
 // Characters and markers that the server can put on a map; more are not shown. A crowded map holds a few hundred.
 constexpr std::size_t characters = 8192;
 constexpr std::size_t markers = 8192;
+// Bytes kept of each of a marker's two labels, which is ten times what the picture has room for in a line.
+constexpr std::size_t labelBytes = 1024;
 // Of those near the view, the markers whose pillars are drawn: one on each of the 31 x 31 cells; and the characters of
 // labels, which take some tenth of a millisecond a label: half the places for characters of a picture of 800 x 600.
 constexpr std::size_t drawnMarkers = 961;

@@ -19,8 +19,6 @@ constexpr unsigned idleSleepMs = 100;
 constexpr std::size_t receiveChunkBytes = 4096;
 // One pass ends after this many chunks, so that a flooding peer cannot keep the network lock for itself.
 constexpr int chunksPerPass = 1024;
-// What the owner does not take stays in the system's buffers beyond this many bytes; the peer then has to wait.
-constexpr std::size_t receiveBufferBytes = 8U << 20;
 constexpr unsigned sendRetryMs = 5;
 // A connect that is not answered for this long has failed: the system's own limit is two minutes, and the window stands
 // still meanwhile.
@@ -118,7 +116,7 @@ void Endpoint::AddToReceived(std::uint32_t count) {
     totalReceived += count;
 }
 
-Client::Client() {
+Client::Client(std::size_t mostPendingBytes) : mostPending(mostPendingBytes) {
     if (!SocketLibraryStarted()) return;
     ScopedLock network(NetworkLock());
     if (!OpenFreshSocket()) return;
@@ -296,7 +294,7 @@ bool Client::ReceivePass() {
 // Takes what has arrived, disconnecting at the end of the stream; false when the poll itself failed.
 bool Client::DrainSocket() {
     std::array<char, receiveChunkBytes> chunk;
-    for (int i = 0; i < chunksPerPass && pending < receiveBufferBytes; ++i) {
+    for (int i = 0; i < chunksPerPass && pending < mostPending; ++i) {
         const SocketStatus readable = socket.PollReadable();
         if (readable == SocketStatus::NotYet) return true;
         if (readable != SocketStatus::Ok) return false;

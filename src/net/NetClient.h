@@ -37,7 +37,9 @@ class Endpoint {
 // the network log, but for the lines that carry the player's name and password.
 class Client : public Endpoint {
   public:
-    Client();
+    // Beyond this many bytes that the owner has not taken, what comes stays in the system's buffers: the peer has to
+    // wait then.
+    explicit Client(std::size_t mostPendingBytes = 8U << 20);
     ~Client() override;
 
     // `host` is a name or four numbers divided by points; a port outside 0 to 65535 fails. Blocks through lookup and
@@ -67,6 +69,7 @@ class Client : public Endpoint {
     std::atomic<bool> connected{false};
     platform::Socket socket;  // under the network lock
     bool socketUsed = false;  // a connect was tried on it; under the network lock
+    const std::size_t mostPending;
     unsigned sendPatienceMs = 5000;
     CriticalSection receiveLock;
     std::vector<char> receiveBuffer;   // under receiveLock

@@ -56,7 +56,9 @@ void TolvDataManager::MoveCharacter(int oldGx, int oldGy, const Character& chara
 }
 
 void TolvDataManager::AddMarker(const Marker& marker) {
-    if (markers.size() < caps::markers) markers.push_back(marker);
+    if (markers.size() >= caps::markers) return;
+    markers.push_back(
+        {marker.gx, marker.gy, marker.label.substr(0, caps::labelBytes), marker.subLabel.substr(0, caps::labelBytes)});
 }
 
 void TolvDataManager::RemoveMarkerAt(int gx, int gy) {
