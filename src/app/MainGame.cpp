@@ -22,6 +22,8 @@ constexpr double frameThreshold = 0.0005045408615842462;
 // What the frame and the caption add to the drawing area.
 constexpr int frameWidth = 6;
 constexpr int frameHeight = 26;
+// Apart from 1, by which the X library itself ends a program.
+constexpr int exitCodeOfLostDisplay = 2;
 // Codes of the system report above this are systems that know all priority classes.
 constexpr int lastOldSystem = 5;
 
@@ -136,7 +138,7 @@ void MainGame::RunLoop() {
         if (HandleMessage()) continue;
         if (window->DisplayLost()) {
             run.Stop();
-            exitCode = 1;
+            exitCode = exitCodeOfLostDisplay;
             errorLog.Write("The display has gone away.  Program shut down.\n");
             continue;
         }

@@ -47,10 +47,6 @@ int* volatile nowhere = nullptr;
     nowhere = static_cast<int*>(std::malloc(100000));  // crash: heap
 }
 
-[[gnu::noinline]] void Abort() {
-    std::abort();  // crash: abort
-}
-
 [[gnu::noinline]] void CallNowhere() {
     auto* call = reinterpret_cast<void (*)()>(nowhere);
     call();  // crash: call
@@ -62,16 +58,14 @@ int* volatile nowhere = nullptr;
     asm volatile("xor %%esp, %%esp\n ud2" ::: "memory");
 }
 
-template <void crash()>
-void OnAThread() {
-    CThread thread([](CThread&, void*) { crash(); }, "Crashing", nullptr);
+void OverflowOnAThread() {
+    CThread thread([](CThread&, void*) { Endless(0); }, "Crashing", nullptr);
 }
 
-template <void crash()>
-void OnManyThreads() {
+void CrashOnManyThreads() {
     std::thread threads[8];
     for (std::thread& thread : threads)
-        thread = std::thread(crash);
+        thread = std::thread(WriteNowhere);
     for (std::thread& thread : threads)
         thread.join();
 }
@@ -81,14 +75,12 @@ const struct {
     void (*crash)();
 } manners[] = {
     {"null", WriteNowhere},
-    {"worker", OnAThread<WriteNowhere>},
-    {"many", OnManyThreads<WriteNowhere>},
+    {"many", CrashOnManyThreads},
     {"handles", WriteNowhereWithoutHandles},
     {"overflow", [] { Endless(0); }},
-    {"worker-overflow", OnAThread<[] { Endless(0); }>},
+    {"worker-overflow", OverflowOnAThread},
     {"exception", ThrowOutOfEverything},
     {"heap", UseBrokenHeap},
-    {"abort", Abort},
     {"call", CallNowhere},
     {"no-stack", LoseTheStack},
 };

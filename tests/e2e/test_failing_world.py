@@ -197,13 +197,13 @@ def the_display_goes_away(world):
     with world.in_town() as client:
         world.dream_fails(client, answer=None)
         world.display.process.kill()
-        world.ends_in_order(client, 1)
+        world.ends_in_order(client, 2)
         check(world.errors().endswith('The display has gone away.  Program shut down.\n'), 'the error log says why')
     world.display.close()
     world.display = Display()
     with world.in_town() as client:
         world.display.process.kill()
-        world.ends_in_order(client, 1)
+        world.ends_in_order(client, 2)
         check(world.errors() == 'The display has gone away.  Program shut down.\n', 'and nothing else')
 
 

@@ -230,7 +230,7 @@ BoxAnswer ShowSdlBox(const std::string& text, const std::string& caption, BoxKin
     if (IsDisplayLost() || SDL_InitSubSystem(SDL_INIT_VIDEO) != 0)
         return kind == BoxKind::YesNo ? BoxAnswer::No : BoxAnswer::Ok;
     const BoxAnswer answer = Box(text, kind).Ask(caption, ownedByMainWindow ? mainWindow : nullptr);
-    SDL_QuitSubSystem(SDL_INIT_VIDEO);
+    if (!IsDisplayLost()) SDL_QuitSubSystem(SDL_INIT_VIDEO);
     return answer;
 }
 

@@ -43,6 +43,9 @@ class SdlWindow : public Window {
         UseSdlMessageBoxes(nullptr);
         SetMainNativeWindow(nullptr);
         mainWindowId = 0;
+        // SDL would also close a connection of its own, which nobody watches: the X library would end the process
+        // there.
+        if (IsDisplayLost()) return;
         SDL_DestroyWindow(window);
         SDL_QuitSubSystem(SDL_INIT_VIDEO);
     }
