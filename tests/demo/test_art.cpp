@@ -3,17 +3,12 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
-#include <fstream>
-#include <set>
-#include <sstream>
 
 #include "demo/art/FloorArt.h"
 #include "demo/art/Palettes.h"
 #include "demo/art/Sprites.h"
 #include "demo/art/WallArt.h"
 #include "demo/world/Catalogue.h"
-#include "formats/ByteCursor.h"
 #include "formats/Palette.h"
 #include "world/SpriteTexels.h"
 
@@ -113,24 +108,6 @@ TEST(Sprites, WallsStandUprightOnBothKindsOfEdges) {
     }
 }
 
-TEST(Palettes, KeepTheirReservedEntriesAndLightEachMoodDifferently) {
-    const Canvas* pictures[] = {&Quarters()};
-    const RgbPalette plain = ChoosePalette(pictures);
-    const auto isBlack = [](const Rgb& rgb) { return rgb.red + rgb.green + rgb.blue == 0; };
-    for (std::size_t i = 0; i < plain.size(); ++i)
-        EXPECT_EQ(isBlack(plain[i]), i == 0 || i == cleanedEntry || i >= glassEntries) << i;
-    std::set<std::string> files;
-    for (const Mood& mood : Moods()) {
-        const RgbPalette lit = Lit(plain, mood);
-        files.insert(mood.fileName);
-        EXPECT_TRUE(isBlack(lit[0])) << mood.fileName;
-        for (int i = 1; i < entriesPerLight; ++i)
-            EXPECT_GT(lit[static_cast<std::size_t>(glowEntries + i)].red,
-                      lit[static_cast<std::size_t>(glowEntries + i - 1)].red);
-    }
-    EXPECT_EQ(files.size(), Moods().size());
-}
-
 TEST(FloorArt, TilesMeetWithoutSeams) {
     const std::map<int, Canvas> tiles = PaintFloors();
     // Variants of one ground, beside and below each other.
@@ -151,42 +128,6 @@ TEST(FloorArt, TilesMeetWithoutSeams) {
                 const double y = below ? EdgeDifference(tiles.at(first + a), tiles.at(first + b), false) : 0.0;
                 EXPECT_LT(std::max(x, y), 0.1) << first << ": " << a << ", " << b;
             }
-}
-
-TEST(WallArt, LeavesTheCornersClearThatNoSpriteHolds) {
-    for (const auto& [wall, canvas] : PaintWalls())
-        for (int x = 0; x < canvas.Width(); ++x)
-            EXPECT_EQ(canvas.At(x, 28).matter, Matter::Clear) << wall;
-}
-
-TEST(Data, PicturesHaveSidesThatTexturesCanHave) {
-    const char* source = std::getenv("KELVANE_SOURCE_DIR");
-    ASSERT_NE(source, nullptr) << "set by the build for its test runs";
-    const std::string data = std::string(source) + "/data/";
-    const struct {
-        const char* file;
-        std::uint32_t width, height;
-    } rows[] = {{"pickINI.bmp", 32, 32},
-                {"walls/stone1.bmp", 128, 128},
-                {"ui/sbar0.png", 32, 256},
-                {"ui/sbar1.png", 32, 32},
-                {"misc/dream0.png", 128, 128}};
-    for (const auto& row : rows) {
-        std::ifstream file(data + row.file, std::ios::binary);
-        std::stringstream content;
-        content << file.rdbuf();
-        std::string bytes = content.str();
-        const bool isBmp = bytes.starts_with("BM");
-        ASSERT_TRUE(isBmp || bytes.starts_with("\x89PNG")) << row.file;
-        // A PNG keeps its size most significant byte first.
-        if (!isBmp)
-            for (const std::size_t at : {16U, 20U})
-                std::reverse(bytes.begin() + static_cast<long>(at), bytes.begin() + static_cast<long>(at) + 4);
-        ByteCursor cursor(bytes);
-        cursor.Skip(isBmp ? 18 : 16);
-        EXPECT_EQ(cursor.U32(), row.width) << row.file;
-        EXPECT_EQ(cursor.U32(), row.height) << row.file;
-    }
 }
 
 }  // namespace

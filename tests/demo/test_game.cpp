@@ -136,17 +136,6 @@ TEST_F(GameTest, StepsStopAtWallsWaterThingsAndPeople) {
     EXPECT_NE(Where("Bo Peep"), Where("Ada"));
 }
 
-TEST_F(GameTest, TurnsByQuarters) {
-    LogIn(1, "Ada pw");
-    // Facing +gy at first; right as the default picture shows it.
-    for (const int facing : {1, 0, 3, 2}) {
-        game.Line(1, ">");
-        EXPECT_EQ(record.Take(1), "<#$%&'()*+," + wire::Position(map, start) + wire::Frame(facing, 0) + "\n");
-    }
-    game.Line(1, "<");
-    EXPECT_NE(record.Take(1).find(wire::Frame(3, 0)), std::string::npos);
-}
-
 TEST_F(GameTest, AnswersWhatIsTypedAndClicked) {
     LogIn(1, "Ada pw");
     LogIn(2, "Bo Peep two words");

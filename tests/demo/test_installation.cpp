@@ -1,20 +1,16 @@
 // What the demo world writes, read back by the client's own readers.
 #include <gtest/gtest.h>
 
-#include <deque>
 #include <filesystem>
 #include <set>
 
-#include "demo/art/Palettes.h"
 #include "demo/install/Installation.h"
 #include "demo/world/Catalogue.h"
 #include "demo/world/Place.h"
 #include "formats/ByteCursor.h"
 #include "formats/DreamArchive.h"
-#include "formats/Palette.h"
 #include "formats/SpriteArchive.h"
 #include "formats/TolvMap.h"
-#include "session/PlayerData.h"
 #include "support/TestFolder.h"
 
 namespace demo {
@@ -109,41 +105,6 @@ TEST_F(Installation, TheDreamsUnpackWithEveryMethod) {
         EXPECT_EQ(archive.size() >= 1000000, place.name == starLibraryName) << archive.size();
         CheckPlace(place, "kvn2_tmp\\" + place.name + "\\default.map", "kvn2_tmp\\" + place.name + "\\");
     }
-    EXPECT_EQ(support::ErrorLogText(), "");
-}
-
-TEST_F(Installation, PalettesLightTheWindowsInTheEvening) {
-    const auto brightness = [](std::size_t entry) {
-        const Color& color = currentPalette[entry];
-        return color.red + color.green + color.blue;
-    };
-    LoadPcxPalette("patches\\default\\day.pcx");
-    const Palette day = currentPalette;
-    LoadPcxPalette("patches\\default\\evening.pcx");
-    EXPECT_GT(currentPalette[glassEntries + 7].red, day[glassEntries + 7].red);
-    EXPECT_LT(brightness(200), day[200].red + day[200].green + day[200].blue);
-    LoadCharacterColorTables();
-    EXPECT_NE(GetColorTable(BodyPart::Vest)[3].red, 0);
-    EXPECT_EQ(support::ErrorLogText(), "");
-}
-
-TEST_F(Installation, WallsKeepClearOfTheCleanedEntry) {
-    SpriteArchive walls;
-    ASSERT_TRUE(LoadSpriteArchive(walls, "patches\\default\\wall.ts2"));
-    for (const auto& image : walls.images) {
-        if (!image) continue;
-        EXPECT_EQ(image->keyIndex, 0);
-        for (const auto& row : image->rows)
-            EXPECT_EQ(std::count(row.begin(), row.end(), cleanedEntry), 0);
-    }
-}
-
-TEST_F(Installation, HasPlayersAndAddresses) {
-    EXPECT_TRUE(LoadPlayerIni("Ada.ini"));
-    EXPECT_TRUE(LoadPlayerIni("Bram.ini"));
-    EXPECT_EQ(GetPlayerData().password, "lantern light");
-    EXPECT_EQ(folder->Read("data/tolv_ip.txt"), "127.0.0.1\n7\n");
-    EXPECT_EQ(folder->Read("data/tolvfile_ip.txt"), "127.0.0.1\n8\n");
     EXPECT_EQ(support::ErrorLogText(), "");
 }
 
