@@ -70,11 +70,15 @@ TEST(Crash, LeavesFunctionAndLineInTheErrorLog) {
         ExpectReport(row, programs / "crash_on_purpose");
 }
 
-TEST(Crash, IsReportedWithoutTheHelperAndWithoutAStack) {
+TEST(Crash, IsReportedWithoutTheHelperTheLogOrAStack) {
     const support::TestFolder folder;
     std::filesystem::copy(programs / "crash_on_purpose", folder.Path() + "/alone");
     const Row row = {"null", "null", SIGSEGV, "invalid memory access (SIGSEGV) at 0x0.", "WriteNowhere - "};
     ExpectReport(row, folder.Path() + "/alone");
+    std::filesystem::create_directory("_error.txt");
+    EXPECT_EQ(RunCrash(programs / "crash_on_purpose", "null"), SIGSEGV);
+    EXPECT_NE(folder.Read("stderr.txt").find("WriteNowhere - "), std::string::npos) << "standard error has no report";
+    std::filesystem::remove("_error.txt");
     EXPECT_EQ(RunCrash(programs / "crash_on_purpose", "no-stack"), SIGILL);
     const std::string log = folder.Read("_error.txt");
     EXPECT_TRUE(log.starts_with("Before.\nError: The program has crashed: illegal instruction (SIGILL) at 0x")) << log;
