@@ -21,7 +21,7 @@ namespace {
 constexpr const char* usage =
     "usage: kelvane-demo-server --folder FOLDER [--game-port N] [--file-port N] [--ports-file FILE] [--log FILE]\n"
     "                           [--write-addresses] [--log-lines] [--still] [--day-seconds N] [--seed N]\n"
-    "                           [--misbehave MODE[,MODE...]]...\n"
+    "                           [--crowd N] [--tour SECONDS] [--misbehave MODE[,MODE...]]...\n"
     "       kelvane-demo-server --road PLACE | --help\n"
     "  --folder           an installation folder made by kelvane-demo-world\n"
     "  --game-port, --file-port\n"
@@ -31,10 +31,15 @@ constexpr const char* usage =
     "  --log-lines        every line of a player is logged as well\n"
     "  --still            nothing moves or changes by itself\n"
     "  --day-seconds      from day to evening and back (240; 0: never)\n"
+    "  --crowd            N more inhabitants in every place, who walk and talk all the time\n"
+    "  --tour             sends every player on to the next dream after so many seconds, and home after the last\n"
     "  --road             prints the walk from the start to the door of a place, a digit of a movement line a step\n"
     "  --misbehave        no game, but a server that misbehaves on purpose, to see how a client bears it: each client\n"
     "                     that connects meets the next of the modes, again from the first one behind the last\n"
     "modes:\n";
+
+// Clients show no more characters than 8192.
+constexpr unsigned largestCrowd = 8000;
 
 struct Arguments {
     std::filesystem::path folder;
@@ -107,6 +112,10 @@ bool Parse(int count, char** words, Arguments& arguments) {
                 arguments.game.daySeconds = number;
             else if (word == "--seed" && ParseNumber(value, 0xFFFFFFFFU, number))
                 arguments.game.seed = number;
+            else if (word == "--crowd" && ParseNumber(value, largestCrowd, number))
+                arguments.game.crowd = static_cast<int>(number);
+            else if (word == "--tour" && ParseNumber(value, 86400, number))
+                arguments.game.tourSeconds = number;
             else if (word != "--misbehave" || !AddModes(value, arguments.modes))
                 return false;
         }

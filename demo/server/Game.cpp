@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "demo/server/Crowd.h"
 #include "demo/server/Wire.h"
 #include "demo/world/Catalogue.h"
 
@@ -39,6 +40,7 @@ Game::Game(std::vector<Place> places, std::vector<Account> theAccounts, GameOpti
       log(theLog),
       random(theOptions.seed),
       untilEvening(theOptions.daySeconds) {
+    AddCrowd(places, options.crowd);
     for (Place& place : places) {
         scenes.push_back(std::make_unique<Scene>(std::move(place)));
         Scene& scene = *scenes.back();
@@ -103,6 +105,7 @@ void Game::LoginLine(Player& player, std::string_view line) {
         colours.remove_suffix(std::min<std::size_t>(3, colours.size()));
         player.figure.colours = wire::Colours(colours);
         player.stage = Stage::Ready;
+        player.untilTour = options.tourSeconds;
         EnterWorld(player);
     }
 }

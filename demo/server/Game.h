@@ -31,6 +31,8 @@ struct GameOptions {
     bool logLines = false;      // what players send stands in the log, once they are logged in
     double daySeconds = 240.0;  // from day to evening and back
     unsigned seed = 1;
+    int crowd = 0;             // more inhabitants for every place, around its start
+    double tourSeconds = 0.0;  // how often a player is sent on to the next dream; 0: never
 };
 
 // One thread. Any line from any client is answered or ignored, never fatal.
@@ -77,6 +79,8 @@ class Game {
         Allowance moves{12, 12, 9};
         Allowance words{30, 30, 10};
         bool toldToSlowDown = false;
+        double untilTour = 0.0;
+        std::size_t nextStop = 0;  // of the tour
     };
 
     struct Wanderer {
@@ -119,6 +123,7 @@ class Game {
     void HearSpeech(const Player& speaker, std::string_view text);
     void ChangeGround(Scene& scene);
     int Random(int below);
+    void Tour(Player& player, double seconds);  // Crowd.cpp
 
     // Telling (Game.cpp)
     void Tell(const Player& player, const std::string& line);

@@ -32,6 +32,7 @@ void Game::Tick(double seconds) {
         player->moves.Refill(seconds);
         player->words.Refill(seconds);
         if (player->words.left > player->words.most / 2) player->toldToSlowDown = false;
+        if (options.tourSeconds > 0.0) Tour(*player, seconds);
     }
     if (options.still) return;
     for (const auto& wanderer : wanderers)

@@ -257,5 +257,31 @@ TEST_F(GameTest, AsksThoseWhoHurryToSlowDown) {
     EXPECT_EQ(record.Take(1), "(You say, \"b\"\n");
 }
 
+TEST_F(GameTest, ABusyDayHasACrowdAndDreamAfterDream) {
+    Game busy(SmallWorld(), {{"Ada", "pw"}}, GameOptions{.crowd = 40, .tourSeconds = 5.0}, record, log);
+    EXPECT_EQ(busy.FindScene("lawn")->figures.size(), 40U);
+    busy.Joined(1);
+    for (const char* line : {"connect Ada pw", "desc x", "color 0123456789!! "})
+        busy.Line(1, line);
+    const auto pass = [&](int seconds) {
+        for (int i = 0; i < 4 * seconds; ++i)
+            busy.Tick(0.25);
+    };
+    pass(4);
+    const std::string sent = record.Take(1);
+    EXPECT_EQ(sent.find("]q "), std::string::npos);
+    EXPECT_GT(std::count(sent.begin(), sent.end(), '/'), 100);
+    pass(2);
+    EXPECT_NE(record.Take(1).find("]q dream 0 0\n"), std::string::npos);
+    // Nobody is sent on while still on the way.
+    pass(10);
+    busy.Line(1, "vascodagama");
+    EXPECT_EQ(busy.FindCharacter("Ada")->scene->place.name, "dream");
+    record.Take(1);
+    pass(6);
+    EXPECT_EQ(busy.FindCharacter("Ada")->scene->place.name, "lawn");
+    EXPECT_NE(record.Take(1).find("(Stroller "), std::string::npos);
+}
+
 }  // namespace
 }  // namespace demo

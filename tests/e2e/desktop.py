@@ -1,6 +1,7 @@
 """A display of its own, the demo's servers and the client in it, for the end-to-end tests."""
 
 import ctypes
+import glob
 import os
 import re
 import shutil
@@ -9,6 +10,8 @@ import tempfile
 import time
 
 TITLE = '^Kelvane - '
+# How many times longer than a release build the programs may take.
+PATIENCE = float(os.environ.get('KELVANE_PATIENCE', '1'))
 
 
 class Missed(Exception):
@@ -17,13 +20,13 @@ class Missed(Exception):
 
 def wait_until(what, limit, seen):
     """Calls `seen` till it answers something true; fails with `what` after `limit` seconds."""
-    end = time.monotonic() + limit
+    end = time.monotonic() + limit * PATIENCE
     while time.monotonic() < end:
         answer = seen()
         if answer:
             return answer
         time.sleep(0.05)
-    raise Missed(f'not seen within {limit} s: {what}')
+    raise Missed(f'not seen within {limit * PATIENCE} s: {what}')
 
 
 def read_text(path):
@@ -33,6 +36,11 @@ def read_text(path):
             return file.read()
     except FileNotFoundError:
         return ''
+
+
+def spoken(folder):
+    """A file of the folder for what a program says on standard error, sanitizers above all."""
+    return open(f'{folder}/stderr.txt', 'ab')
 
 
 class Display:
@@ -101,14 +109,16 @@ class Picture:
 class Demo:
     """The demo's installation in a temporary folder and its running servers."""
 
-    def __init__(self, binaries, *server_arguments):
-        self.binaries = binaries
+    def __init__(self, binaries, *server_arguments, still=True):
+        self.binaries = os.path.abspath(binaries)
         self.folder = tempfile.mkdtemp(prefix='kelvane-e2e-')
-        subprocess.run([f'{binaries}/kelvane-demo-world', self.folder], check=True, stdout=subprocess.DEVNULL)
+        subprocess.run([f'{self.binaries}/kelvane-demo-world', self.folder], check=True, stdout=subprocess.DEVNULL)
         ports_file = f'{self.folder}/ports.txt'
         self.server = subprocess.Popen(
-            [f'{binaries}/kelvane-demo-server', '--folder', self.folder, '--ports-file', ports_file, '--write-addresses',
-             '--log', f'{self.folder}/server.log', '--log-lines', '--still', *server_arguments], stdout=subprocess.DEVNULL)
+            [f'{self.binaries}/kelvane-demo-server', '--folder', self.folder, '--ports-file', ports_file, '--write-addresses',
+             '--log', f'{self.folder}/server.log', '--log-lines', *(['--still'] if still else []),
+             *server_arguments],
+            stdout=subprocess.DEVNULL, stderr=spoken(self.folder))
         wait_until('the demo server listens', 20, lambda: os.path.exists(ports_file))
 
     def road(self, place):
@@ -119,10 +129,15 @@ class Demo:
     def text(self, name):
         return read_text(f'{self.folder}/{name}')
 
+    def findings(self):
+        """What the programs that ran here said on standard error, if a sanitizer is among the speakers."""
+        said = '\n'.join(map(read_text, glob.glob(f'{self.folder}/**/stderr.txt', recursive=True)))
+        return said if re.search('runtime error: |Sanitizer', said) else ''
+
     def copy_for_another_player(self):
         """A second installation with the same addresses, so that its client has logs of its own."""
         other = f'{self.folder}/another'
-        shutil.copytree(self.folder, other, ignore=shutil.ignore_patterns('_*.txt', 'kvn2_tmp', 'another'))
+        shutil.copytree(self.folder, other, ignore=shutil.ignore_patterns('_*.txt', 'stderr.txt', 'kvn2_tmp', 'another'))
         return other
 
     def server_saw(self, pattern, limit=20, since=0):
@@ -133,12 +148,13 @@ class Demo:
         return wait_until(f'the network log has {pattern!r}', limit, lambda: re.search(pattern, self.text('_netlog.txt')))
 
     def stop_server(self):
+        if self.server.poll() is not None:
+            return
         self.server.terminate()
-        self.server.wait(10)
+        self.server.wait(10 * PATIENCE)
 
     def close(self):
-        if self.server.poll() is None:
-            self.stop_server()
+        self.stop_server()
         shutil.rmtree(self.folder, ignore_errors=True)
 
 
@@ -148,7 +164,8 @@ class Client:
     def __init__(self, demo, display, folder=None, environment=None, through=(), logs=True):
         self.demo, self.display, self.folder = demo, display, folder or demo.folder
         self.process = subprocess.Popen([*through, f'{demo.binaries}/kelvane'], cwd=self.folder,
-                                        env=dict(display.environment, **(environment or {})))
+                                        env=dict(display.environment, **(environment or {})),
+                                        stderr=spoken(demo.folder) if logs else None)
         if logs:
             wait_until('the graphics card is up', 60, lambda: 'Initial free texture memory' in self.text('_stat.txt'))
         self.window = wait_until('the window', 20,
@@ -204,7 +221,7 @@ class Client:
     def ended(self, limit=20):
         """The exit code; fails when the program goes on."""
         try:
-            return self.process.wait(limit)
+            return self.process.wait(limit * PATIENCE)
         except subprocess.TimeoutExpired as late:
             raise Missed(f'the client did not end within {limit} s') from late
 

@@ -256,11 +256,14 @@ def main():
         demo = Demo(binaries)
         try:
             TESTS[name](demo, display)
+            demo.stop_server()
+            check(demo.findings() == '', 'no sanitizer has found anything')
         except Exception:  # noqa: BLE001 - whatever went wrong, the others still run
             traceback.print_exc()
             failed += 1
             for log in ('server.log', '_error.txt', '_netlog.txt'):
                 print(f'--- the end of {log}:\n{demo.text(log)[-1500:]}')
+            print(demo.findings()[:20000])
         finally:
             demo.close()
             display.close()
