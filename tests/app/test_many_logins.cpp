@@ -27,14 +27,16 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// The first logins make what is made once. From then on the last logouts of all are held against the first ones.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr int logins = 30;
+constexpr int logins = 10;
+constexpr int firstLogins = 3;
+constexpr int compared = 2;
 #else
 constexpr int logins = 100;
-#endif
-// The first logins make what is made once. From then on the last logouts of all are held against the first ones.
 constexpr int firstLogins = 10;
 constexpr int compared = 6;
+#endif
 constexpr std::size_t heapAllowance = 256U << 10;
 
 struct ManyLogins : testing::Test {
@@ -45,7 +47,7 @@ struct ManyLogins : testing::Test {
         // The large dream would take the test's time for nothing.
         fs::copy_file("dreams/tidegarden.dream", "dreams/starlibrary.dream", fs::copy_options::overwrite_existing);
         log.Silence();
-        server.emplace(folder.Path(), demo::GameOptions{.crowd = 50, .tourSeconds = 0.05}, log);
+        server.emplace(folder.Path(), demo::GameOptions{.crowd = 20, .tourSeconds = 0.05}, log);
         EXPECT_TRUE(server->Listen(0, 0, reason)) << reason;
         EXPECT_TRUE(demo::WriteAddresses(folder.Path(), server->GamePort(), server->FilePort()));
         platform::ForgetListings();
