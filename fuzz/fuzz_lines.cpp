@@ -35,7 +35,7 @@ std::vector<std::string> fuzz::Seeds() {
 }
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    constexpr std::size_t mostBytes = 1U << 20;
+    constexpr std::size_t mostBytes = 1U << 18;
     fuzz::BeginRun();
     std::string stream;
     std::vector<std::size_t> cuts;

@@ -28,7 +28,7 @@ namespace {
 void WriteGame() {
     fuzz::WriteFile("data/tolvfile_ip.txt", "127.0.0.1\n1\n");  // where nobody listens
     fuzz::WriteFile("patches/default/start.map", demo::WriteMap(demo::MapDrawing(20, 20)));
-    const std::string sprites = demo::WriteTs2({{0, {2, 2, {1, 2, 3, 4}}}, {1, {3, 2, {1, 2, 3, 4, 5, 6}}}});
+    const std::string sprites = demo::WriteTs2({{1, {2, 2, {1, 2, 3, 4}}}});
     fuzz::WriteFile("patches/default/floors.ts2", sprites);
     fuzz::WriteFile("patches/default/wall.ts2", sprites);
     fuzz::WriteFile("patches/default/palette.pcx", demo::WritePcx(1, 1, {1}, demo::RgbPalette()));
