@@ -1,5 +1,5 @@
-// Main-thread time of a full frame of the world and the chat, against the same triangles in batches made beforehand.
-// Needs a display.
+// Main-thread time of a full frame of the world and the chat, and of the world with an item on every cell, against the
+// same triangles in batches made beforehand and the same meshes drawn sorted by kind. Needs a display.
 //
 // Both sides take turns on one device. Their time is the main thread's own, so rasterising, which llvmpipe does on
 // threads of its own, is left out, and what the driver does for a draw on the main thread weighs on both. What both
@@ -7,19 +7,22 @@
 // the program itself and its calls cost.
 
 #include <benchmark/benchmark.h>
-#include <epoxy/gl.h>
 
 #include <cstdint>
 #include <cstring>
 #include <filesystem>
+#include <map>
 #include <string>
 #include <vector>
 
+#include "bench/GlCalls.h"
 #include "bench/Turns.h"
 #include "demo/formats/MapWriter.h"
 #include "formats/TolvMap.h"
 #include "graphics/device/DXGDevice.h"
+#include "graphics/device/DXGShader.h"
 #include "graphics/device/DXGState.h"
+#include "graphics/model/GBMesh.h"
 #include "graphics/text/GBTextWindow.h"
 #include "platform/Window.h"
 #include "platform/gl/OpenGl.h"
@@ -27,6 +30,7 @@
 #include "world/Camera.h"
 #include "world/CharacterRenderer.h"
 #include "world/FloorRenderer.h"
+#include "world/ItemTable.h"
 #include "world/TolvRenderer.h"
 #include "world/WallRenderer.h"
 
@@ -34,6 +38,7 @@ namespace {
 
 constexpr unsigned floorTextures = 20;
 constexpr unsigned wallTextures = 40;
+constexpr unsigned itemKinds = 40;
 constexpr ViewCell view{40, 40};
 
 TextureList MakeTextures(unsigned count) {
@@ -135,45 +140,58 @@ void FillBatches(const TextureList& floors, const TextureList& walls, Batches& o
     out.Upload();
 }
 
-// What the device asks of OpenGL, counted in place of its calls, which are passed on when `pass` is set.
-struct Calls {
-    unsigned draws = 0;
-    unsigned vertices = 0;
-    unsigned textureBinds = 0;
-};
-Calls counted;
-bool pass = true;
-decltype(epoxy_glDrawArrays) realDrawArrays;
-decltype(epoxy_glBindTexture) realBindTexture;
-
-void DrawArrays(GLenum mode, GLint first, GLsizei count) {
-    ++counted.draws;
-    counted.vertices += static_cast<unsigned>(count);
-    if (pass) realDrawArrays(mode, first, count);
-}
-
-void BindTexture(GLenum target, GLuint texture) {
-    if (texture != 0) ++counted.textureBinds;
-    realBindTexture(target, texture);
-}
-
-// In place of OpenGL's own calls while it lives.
-class CountedCalls {
+// The models of the items on the map, one kind after the other: what a kind needs is bound once, and each cell of it
+// only sets its place.
+class SortedItems {
   public:
-    explicit CountedCalls(bool passOn) {
-        counted = Calls();
-        pass = passOn;
-        realDrawArrays = epoxy_glDrawArrays;
-        realBindTexture = epoxy_glBindTexture;
-        epoxy_glDrawArrays = DrawArrays;
-        epoxy_glBindTexture = BindTexture;
+    SortedItems() {
+        bench::Require(shader.Load("data\\shaders\\simple", ""), "no shader for the items");
+        table.Load();
+        std::map<unsigned, std::vector<ViewCell>> cells;
+        for (int gy = view.gy - 15; gy < view.gy + 15; ++gy)
+            for (int gx = view.gx - 15; gx < view.gx + 15; ++gx)
+                if (const unsigned number = TolvMap::Current().GetObject(gx, gy)) cells[number].push_back({gx, gy});
+        for (const auto& [number, places] : cells)
+            AddKind(*table.Find(number)->TopBone(), places);
     }
-    ~CountedCalls() {
-        epoxy_glDrawArrays = realDrawArrays;
-        epoxy_glBindTexture = realBindTexture;
+    void Draw() {
+        SetWorldViewport();
+        WorldCamera().Apply();
+        DXG::SetCullMode(0);
+        shader.Set();
+        for (const Part& part : parts) {
+            part.chunk->vertexBuffer.Set();
+            part.chunk->indexBuffer.Set();
+            part.chunk->texture0.Set(0);
+            for (const Mat4& world : part.worlds) {
+                DXG::SetWorld(world);
+                G::UpdateShaderMatrices();
+                DXG::DrawIndexed(part.chunk->indexBuffer.Count() / 3);
+            }
+        }
     }
-    CountedCalls(const CountedCalls&) = delete;
-    CountedCalls& operator=(const CountedCalls&) = delete;
+
+  private:
+    struct Part {
+        const G::MeshChunk* chunk;
+        std::vector<Mat4> worlds;
+    };
+    void AddKind(G::Bone& top, const std::vector<ViewCell>& places) { AddBone(top, top, places); }
+    void AddBone(G::Bone& bone, G::Bone& top, const std::vector<ViewCell>& places) {
+        for (G::Bone* child : bone.Children())
+            AddBone(*child, top, places);
+        std::vector<Mat4> worlds;
+        for (const ViewCell& place : places) {
+            top.SetPosition({static_cast<float>(place.gx), static_cast<float>(place.gy), 0.0F}, false);
+            worlds.push_back(bone.WorldMatrix());
+        }
+        for (const G::MeshChunk& chunk : bone.mesh.Mesh().chunks)
+            parts.push_back({&chunk, worlds});
+    }
+
+    G::Shader shader;
+    ItemTable table;
+    std::vector<Part> parts;
 };
 
 // Seconds of the main thread for what `draw` does inside one frame.
@@ -188,10 +206,10 @@ double FrameSeconds(Draw draw) {
 }
 
 template <typename Draw>
-Calls CallsOf(Draw draw) {
-    const CountedCalls counting(true);
+bench::GlCalls CallsOf(Draw draw) {
+    const bench::CountedGl counting(true);
     (void)FrameSeconds(draw);
-    return counted;
+    return counting.Calls();
 }
 
 // `extra` vertices are drawn by us alone.
@@ -201,8 +219,8 @@ void Compare(benchmark::State& state, unsigned extra, Ours ours, Batched batched
         (void)FrameSeconds(ours);
         (void)FrameSeconds(batched);
     }
-    const Calls calls = CallsOf(ours);
-    const Calls batchedCalls = CallsOf(batched);
+    const bench::GlCalls calls = CallsOf(ours);
+    const bench::GlCalls batchedCalls = CallsOf(batched);
     bench::Require(calls.vertices == batchedCalls.vertices + extra, "the sides draw different triangles");
     bench::Turns turns;
     std::vector<double> own;
@@ -210,7 +228,7 @@ void Compare(benchmark::State& state, unsigned extra, Ours ours, Batched batched
         (void)iteration;
         const double seconds = FrameSeconds(ours);
         turns.Add(seconds, FrameSeconds(batched));
-        const CountedCalls none(false);
+        const bench::CountedGl none(false);
         own.push_back(FrameSeconds(ours));
         state.SetIterationTime(seconds);
     }
@@ -223,6 +241,9 @@ void Compare(benchmark::State& state, unsigned extra, Ours ours, Batched batched
     state.counters["batches_draws"] = batchedCalls.draws;
     state.counters["texture_binds"] = calls.textureBinds;
     state.counters["batches_binds"] = batchedCalls.textureBinds;
+    state.counters["states"] = calls.stateCalls;
+    state.counters["batches_states"] = batchedCalls.stateCalls;
+    state.counters["repeated_states"] = calls.repeatedStates;
 }
 
 // The two squares under the pointer.
@@ -244,13 +265,15 @@ struct Scene {
         TolvRenderer::SetHoverCell(0, 0);
         FillBatches(floors, walls, batches);
         std::string joined;
-        for (int line = 0; line < 60; ++line) {
+        constexpr int lines = 60;
+        constexpr int linesInView = 16;
+        for (int line = 0; line < lines; ++line) {
             const std::string text = "[ someone says something of a usual length, line " + std::to_string(line) + " ]";
             chat.AddLine(G::ColouredText().Add(text));
-            joined += text + "\n";
+            if (line >= lines - linesInView) joined += text + "\n";
         }
         allLines.SetText(joined);
-        allLines.SetPosition(40, 550 - 60 * 16);
+        allLines.SetPosition(40, 550 - linesInView * 16);
     }
     ~Scene() { TolvRenderer::Shutdown(); }
     Scene(const Scene&) = delete;
@@ -275,6 +298,27 @@ void WorldAndChat(benchmark::State& state, Scene& scene) {
     Compare(state, hoverVertices, ours, batched);
 }
 
+// An item of another kind on every cell of the view, as many kinds as `itemKinds`.
+void WorldAndItems(benchmark::State& state, Scene& scene) {
+    TolvMap& map = TolvMap::Current();
+    const auto place = [&map](bool there) {
+        for (unsigned i = 0; i < 900; ++i)
+            map.SetObject(25 + static_cast<int>(i % 30), 25 + static_cast<int>(i / 30),
+                          static_cast<std::uint16_t>(there ? 1 + i % itemKinds : 0));
+    };
+    place(true);
+    {
+        SortedItems sorted;
+        const auto batched = [&] {
+            scene.batches.Draw();
+            sorted.Draw();
+        };
+        Compare(
+            state, hoverVertices, [] { TolvRenderer::Render(); }, batched);
+    }
+    place(false);
+}
+
 void RunAll(platform::Window& window) {
     DXG::Setup setup;
     setup.width = 800;
@@ -282,14 +326,15 @@ void RunAll(platform::Window& window) {
     bench::Require(DXG::Init(&window, &setup), "no device");
     {
         Scene scene;
-        const auto add = [&](const char* name, void (*run)(benchmark::State&, Scene&)) {
+        const auto add = [&](const char* name, void (*run)(benchmark::State&, Scene&), int frames) {
             benchmark::RegisterBenchmark(name, [run, &scene](benchmark::State& state) { run(state, scene); })
                 ->UseManualTime()
-                ->Iterations(400)
+                ->Iterations(frames)
                 ->Unit(benchmark::kMillisecond);
         };
-        add("world", World);
-        add("world and chat", WorldAndChat);
+        add("world", World, 400);
+        add("world and chat", WorldAndChat, 400);
+        add("world and items", WorldAndItems, 60);
         benchmark::RunSpecifiedBenchmarks();
     }
     DXG::Shutdown();

@@ -11,6 +11,7 @@ Buffer::~Buffer() {
     if (shared->bindings.vertexBuffer == this) shared->bindings.vertexBuffer = nullptr;
     if (shared->bindings.indexBuffer == this) shared->bindings.indexBuffer = nullptr;
     shared->Discard(SharedState::Kind::Buffer, name, generation);
+    shared->Discard(SharedState::Kind::VertexArray, array.name, array.generation);
 }
 
 // Contents that may be forgotten are kept all the same: the whole buffer goes to the card anew anyway.
@@ -52,15 +53,16 @@ Layout::~Layout() {
     if (shared->bindings.layout == this) shared->bindings.layout = nullptr;
 }
 
-void Layout::Apply(unsigned stride) const {
+void Layout::Apply(unsigned stride, VertexArray& array) const {
+    array.layout = id;
+    array.stride = stride;
     for (GLuint at = 0; at < attributeCount; ++at) {
         const Attribute& attribute = attributes[at];
-        if (!attribute.used) {
-            glDisableVertexAttribArray(at);
-            continue;
-        }
+        if (attribute.used && !array.enabled[at]) glEnableVertexAttribArray(at);
+        if (!attribute.used && array.enabled[at]) glDisableVertexAttribArray(at);
+        array.enabled[at] = attribute.used;
+        if (!attribute.used) continue;
         const auto* offset = reinterpret_cast<const void*>(static_cast<std::uintptr_t>(attribute.offset));
-        glEnableVertexAttribArray(at);
         if (attribute.packedColour)
             glVertexAttribPointer(at, GL_BGRA, GL_UNSIGNED_BYTE, GL_TRUE, static_cast<GLsizei>(stride), offset);
         else

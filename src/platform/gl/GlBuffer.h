@@ -13,6 +13,22 @@
 
 namespace platform::gl {
 
+// Attributes have fixed places in every program; what a layout leaves out reads as (0, 0, 0, 1), a colour as white.
+inline constexpr unsigned attributeCount = 4;
+inline constexpr std::array<const char*, attributeCount> attributeSemantics{"POSITION0", "NORMAL0", "COLOR0",
+                                                                            "TEXCOORD0"};
+
+// A vertex array object and what it holds: the attributes and the index buffer that go with one vertex buffer, so that
+// drawing from another one is a single call. Ids are those of the objects, 0 for none.
+struct VertexArray {
+    GLuint name = 0;
+    unsigned generation = 0;
+    std::uint64_t layout = 0;
+    unsigned stride = 0;
+    std::uint64_t indexBuffer = 0;
+    std::array<bool, attributeCount> enabled{};
+};
+
 class Buffer : public DeviceBuffer {
   public:
     Buffer(std::shared_ptr<SharedState> state, std::size_t count, bool isDynamic);
@@ -26,6 +42,8 @@ class Buffer : public DeviceBuffer {
     [[nodiscard]] bool NeedsRefresh() const { return stale || generation != shared->Generation(); }
     // Binds the card's copy, making or refreshing it first.
     void Bind(GLenum target);
+    // For drawing vertices of this buffer.
+    [[nodiscard]] VertexArray& Array() { return array; }
 
   private:
     std::shared_ptr<SharedState> shared;
@@ -35,12 +53,8 @@ class Buffer : public DeviceBuffer {
     std::uint64_t id = 0;
     GLuint name = 0;
     unsigned generation = 0;
+    VertexArray array;
 };
-
-// Attributes have fixed places in every program; what a layout leaves out reads as (0, 0, 0, 1), a colour as white.
-inline constexpr unsigned attributeCount = 4;
-inline constexpr std::array<const char*, attributeCount> attributeSemantics{"POSITION0", "NORMAL0", "COLOR0",
-                                                                            "TEXCOORD0"};
 
 class Layout : public VertexLayout {
   public:
@@ -48,8 +62,8 @@ class Layout : public VertexLayout {
     ~Layout() override;
 
     [[nodiscard]] std::uint64_t Id() const { return id; }
-    // Points the attributes into the bound array buffer.
-    void Apply(unsigned stride) const;
+    // Points the attributes of the bound array into the bound buffer.
+    void Apply(unsigned stride, VertexArray& array) const;
 
   private:
     struct Attribute {

@@ -78,8 +78,6 @@ void Device::MakeCommonObjects() {
     glGetIntegerv(GL_MAX_3D_TEXTURE_SIZE, &value);
     limits.volume = static_cast<unsigned>(value);
 
-    glGenVertexArrays(1, &vertexArray);
-    glBindVertexArray(vertexArray);
     glGenBuffers(1, &streamBuffer);
     const std::uint32_t white = 0xFFFFFFFF;
     glGenTextures(1, &whiteTexture);

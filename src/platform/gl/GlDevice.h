@@ -81,10 +81,7 @@ class Device : public GraphicsDevice {
         const Program* program = nullptr;
         std::uint64_t vertexConstants = 0;
         std::uint64_t fragmentConstants = 0;
-        std::uint64_t layout = 0;
-        std::uint64_t layoutBuffer = 0;
-        unsigned layoutStride = 0;
-        std::uint64_t indexBuffer = 0;
+        std::uint64_t vertexArray = 0;  // of the buffer's id
     };
 
     void Start(const PresentParameters& parameters);
@@ -99,8 +96,8 @@ class Device : public GraphicsDevice {
     GLuint SamplerOf(const SamplerState& state);
     bool ApplyProgram();
     void SendTransform(Program& program);
-    void ApplyVertices(std::uint64_t bufferId, unsigned stride);
-    bool BindVertexBuffer();
+    void UseArray(VertexArray& array, std::uint64_t bufferId);
+    VertexArray* BindVertexBuffer();
     void SendViewport();
     void Finished(const char* place);
 
@@ -121,7 +118,7 @@ class Device : public GraphicsDevice {
     Versioned<DeviceMatrix> fixedTransform;
     bool transformsChanged = true;
     bool viewportChanged = true;
-    GLuint vertexArray = 0;
+    VertexArray streamArray;
     GLuint streamBuffer = 0;
     GLuint whiteTexture = 0;
     std::uint64_t streamId = 0;

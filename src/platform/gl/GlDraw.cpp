@@ -196,22 +196,30 @@ void Device::SendTransform(Program& program) {
     program.sentTransform = fixedTransform.version;
 }
 
-void Device::ApplyVertices(std::uint64_t bufferId, unsigned stride) {
-    const Layout& layout = *shared->bindings.layout;
-    if (bound.layout == layout.Id() && bound.layoutBuffer == bufferId && bound.layoutStride == stride) return;
-    layout.Apply(stride);
-    bound.layout = layout.Id();
-    bound.layoutBuffer = bufferId;
-    bound.layoutStride = stride;
+void Device::UseArray(VertexArray& array, std::uint64_t bufferId) {
+    if (array.generation != shared->Generation()) {
+        array = {};
+        glGenVertexArrays(1, &array.name);
+        array.generation = shared->Generation();
+    } else if (bound.vertexArray == bufferId) {
+        return;
+    }
+    glBindVertexArray(array.name);
+    bound.vertexArray = bufferId;
 }
 
-bool Device::BindVertexBuffer() {
+// Null when there is nothing to draw from.
+VertexArray* Device::BindVertexBuffer() {
     Buffer* buffer = shared->bindings.vertexBuffer;
-    if (!buffer || !shared->bindings.layout) return false;
-    const bool pointed = bound.layoutBuffer == buffer->Id() && bound.layout == shared->bindings.layout->Id();
+    const Layout* layout = shared->bindings.layout;
+    if (!buffer || !layout) return nullptr;
+    VertexArray& array = buffer->Array();
+    UseArray(array, buffer->Id());
+    const unsigned stride = shared->bindings.stride;
+    const bool pointed = array.layout == layout->Id() && array.stride == stride;
     if (!pointed || buffer->NeedsRefresh()) buffer->Bind(GL_ARRAY_BUFFER);
-    ApplyVertices(buffer->Id(), shared->bindings.stride);
-    return true;
+    if (!pointed) layout->Apply(stride, array);
+    return &array;
 }
 
 void Device::Draw(Primitive primitive, unsigned firstVertex, unsigned primitiveCount) {
@@ -231,10 +239,12 @@ void Device::DrawIndexed(Primitive primitive, unsigned vertexCount, unsigned fir
     if (primitiveCount == 0 || vertexCount == 0 || !vertices || !indices) return;
     if ((std::size_t(firstIndex) + corners) * sizeof(std::uint16_t) > indices->Size()) return;
     if (std::size_t(vertexCount) * shared->bindings.stride > vertices->Size()) return;
-    if (!PrepareDraw() || !BindVertexBuffer()) return;
-    if (bound.indexBuffer != indices->Id() || indices->NeedsRefresh()) {
+    if (!PrepareDraw()) return;
+    VertexArray* array = BindVertexBuffer();
+    if (!array) return;
+    if (array->indexBuffer != indices->Id() || indices->NeedsRefresh()) {
         indices->Bind(GL_ELEMENT_ARRAY_BUFFER);
-        bound.indexBuffer = indices->Id();
+        array->indexBuffer = indices->Id();
     }
     const auto* start = reinterpret_cast<const void*>(std::uintptr_t(firstIndex) * sizeof(std::uint16_t));
     glDrawRangeElements(ModeOf(primitive), 0, vertexCount - 1, static_cast<GLsizei>(corners), GL_UNSIGNED_SHORT, start);
@@ -246,7 +256,9 @@ void Device::DrawFromMemory(Primitive primitive, unsigned primitiveCount, const 
     const std::size_t corners = CornersOf(primitive, primitiveCount);
     glBindBuffer(GL_ARRAY_BUFFER, streamBuffer);
     glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(corners * stride), vertices, GL_STREAM_DRAW);
-    ApplyVertices(streamId, stride);
+    UseArray(streamArray, streamId);
+    const Layout& layout = *shared->bindings.layout;
+    if (streamArray.layout != layout.Id() || streamArray.stride != stride) layout.Apply(stride, streamArray);
     glDrawArrays(ModeOf(primitive), 0, static_cast<GLsizei>(corners));
     Finished("drawing from memory");
 }

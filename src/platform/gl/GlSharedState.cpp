@@ -26,6 +26,9 @@ void SharedState::DeleteDiscarded() {
             case Kind::Buffer:
                 glDeleteBuffers(1, &each.name);
                 break;
+            case Kind::VertexArray:
+                glDeleteVertexArrays(1, &each.name);
+                break;
             case Kind::Shader:
                 glDeleteShader(each.name);
                 break;

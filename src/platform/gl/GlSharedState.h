@@ -31,7 +31,7 @@ struct Bindings {
 
 class SharedState {
   public:
-    enum class Kind { Texture, Buffer, Shader, Program };
+    enum class Kind { Texture, Buffer, VertexArray, Shader, Program };
 
     Bindings bindings;
 
