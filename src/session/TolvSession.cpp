@@ -17,7 +17,7 @@
 
 namespace {
 
-// A poll that takes longer than one part in so many of a second leaves the rest of its lines to the next one.
+// An order handled later in a poll than one part in so many of a second leaves the lines behind it to the next poll.
 constexpr std::int64_t pollsPerSecond = 10;
 constexpr const char* defaultFolder = "patches\\default\\";
 
@@ -115,6 +115,12 @@ void EnterDream(std::string_view line) {
     if (!Data().StartDreamTransfer(name, "kvn2_tmp\\" + name)) Data().PostMessage("> Downloading Dream...");
 }
 
+// Lines that can make the client read files, search all markers or, in the greeting, answer. The others take a
+// microsecond or two, however many there are.
+bool IsOrder(std::string_view line) {
+    return !line.empty() && (line[0] == ';' || line[0] == ']');
+}
+
 void HandleBracketLine(std::string_view line) {
     if (line.size() >= 4 && line[1] == 'c' && line[2] == 'c')
         ChangePalette(line);
@@ -153,7 +159,7 @@ void TolvSession::HandleReceived() {
     const std::string_view rest = std::string_view(received.data(), received.size()).substr(handled);
     handled += lineFramer.FeedWhile(rest, [&](std::string_view line) {
         HandleServerLine(line);
-        return platform::CounterValue() < end;
+        return !(greetingPhase || IsOrder(line)) || platform::CounterValue() < end;
     });
 }
 

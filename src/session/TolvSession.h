@@ -22,9 +22,10 @@ class TolvSession {
     void SetWorldPort(WorldPort* port) { worldPort = port; }
     [[nodiscard]] WorldPort* GetWorldPort() const { return worldPort; }
 
-    // Once per frame: handles every line that has arrived and tells the player of a lost connection. Only a server
-    // whose lines take longer than a tenth of a second is not heard out: the picture goes on and the rest is handled in
-    // the polls that follow, before anything new is taken.
+    // Once per frame: handles every line that has arrived, however many, and tells the player of a lost connection.
+    // Only a server that goes on giving orders (maps, palettes, markers, dreams) for longer than a tenth of a second is
+    // not heard out: the picture goes on and the rest is handled in the polls that follow, before anything new is
+    // taken.
     void PollServer();
     // Whether a poll has left lines to the next one.
     [[nodiscard]] bool HasUnhandled() const { return handled < received.size(); }

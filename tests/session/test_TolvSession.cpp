@@ -97,7 +97,7 @@ TEST_F(TolvSessionTest, TheLoginExchange) {
     EXPECT_EQ(TakeMessages(), "(Lost Connection to game server)\n");
 }
 
-TEST_F(TolvSessionTest, LinesThatTakeLongLeaveTimeForAFrame) {
+TEST_F(TolvSessionTest, OrdersThatTakeLongLeaveTimeForAFrame) {
     struct SlowWorld : support::RecordingWorld {
         void LoadDreamGraphics(const std::string& folder) override {
             std::this_thread::sleep_for(std::chrono::milliseconds(40));
@@ -105,6 +105,12 @@ TEST_F(TolvSessionTest, LinesThatTakeLongLeaveTimeForAFrame) {
         }
     } slow;
     LogIn();
+    std::string talk;
+    for (int i = 0; i < 400000; ++i)
+        talk += "(a\n";
+    Poll(talk);
+    EXPECT_FALSE(session.HasUnhandled()) << "talk is all heard at once";
+    EXPECT_EQ(TakeMessages().size(), 2U * 400000);
     session.SetWorldPort(&slow);
     std::string orders;
     for (int i = 0; i < 8; ++i)
