@@ -21,9 +21,9 @@ if(KELVANE_SANITIZE)
     # Debian's glslang is built without run-time type information.
     target_compile_options(kelvane_flags INTERFACE -fno-sanitize=vptr)
   endif()
-  add_library(kelvane_keep_libraries STATIC ${PROJECT_SOURCE_DIR}/tests/support/keep_libraries.cpp)
-  target_link_options(kelvane_flags INTERFACE -Wl,--undefined=dlclose)
-  target_link_libraries(kelvane_flags INTERFACE kelvane_keep_libraries)
+  # As an object, because the sanitizer's library has a symbol of that name as well, and comes first.
+  add_library(kelvane_keep_libraries OBJECT ${PROJECT_SOURCE_DIR}/tests/support/keep_libraries.cpp)
+  target_sources(kelvane_flags INTERFACE $<TARGET_OBJECTS:kelvane_keep_libraries>)
 endif()
 
 find_package(Threads REQUIRED)
