@@ -12,6 +12,7 @@
 #include "graphics/text/GBTextWindow.h"
 #include "input/KeyboardStateManager.h"
 #include "input/ShellInput.h"
+#include "platform/Caps.h"
 #include "session/DreamLoading.h"
 #include "session/ServerAddress.h"
 #include "session/TolvDataManager.h"
@@ -32,8 +33,6 @@ constexpr std::uint32_t lightGreen = 0xFFBFFFBFU;
 constexpr std::uint32_t failureColour = 0xFFDC9696U;
 constexpr std::uint32_t backdrop = 0x50444444U;
 constexpr float pixelsOfScroll = 224.0F;
-// A game server that does not take the short lines of a player is lost before the picture stands still for long.
-constexpr unsigned sendPatienceMs = 50;
 
 std::uint32_t ChatColourOf(char first) {
     switch (first) {
@@ -79,6 +78,16 @@ bool IsInScrollBar(int x, int y) {
 
 }  // namespace
 
+bool EditTypedLine(std::string& line, std::uint8_t code, bool controlHeld) {
+    if (code == typed::backspace && !line.empty()) {
+        line.pop_back();
+        return true;
+    }
+    if (code < 32 || code > 126 || controlHeld) return false;
+    if (line.size() < caps::typedLineBytes) line += static_cast<char>(code);
+    return true;
+}
+
 std::string WireLineOf(const std::string& typedLine) {
     if (typedLine.empty()) return typedLine;
     if (typedLine[0] == '`') return typedLine.substr(1);
@@ -103,7 +112,7 @@ G::ColouredText ColouredChat(const std::string& text) {
 CMain::CMain() {
     inputText.SetPosition(50.0F, 555.0F);
     inputText.SetWrapWidth(700.0F);
-    netClient.SetSendPatience(sendPatienceMs);
+    netClient.SetSendPatience(caps::gameSendPatienceMs);
     TolvSession::Default().SetNetClient(&netClient);
     textWindow = new2<G::TextWindow>({"G::TextWindow", "G::TextWindow(40,300,700,250,60)", "CMain", 64}, 40.0F, 300.0F,
                                      700.0F, 250.0F, 60, 16.0F, std::string(), false, 0.5F);
@@ -176,14 +185,7 @@ void CMain::TakeTyped() {
 }
 
 void CMain::TakeByte(std::uint8_t code, bool controlHeld) {
-    if (code == typed::backspace && !inputLine.empty()) {
-        inputLine.pop_back();
-        return;
-    }
-    if (code >= 32 && code <= 126 && !controlHeld) {
-        inputLine += static_cast<char>(code);
-        return;
-    }
+    if (EditTypedLine(inputLine, code, controlHeld)) return;
     if (!netClient.IsConnected()) return;
     if (code == typed::enter && !inputLine.empty()) {
         SendTypedLine();

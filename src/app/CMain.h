@@ -42,6 +42,10 @@ class CMain : public Scene {
     bool draggingScroll = false;
 };
 
+// Applies a typed byte to the line: a backspace or a printable one, which is left out when the line is full. False for
+// anything else.
+bool EditTypedLine(std::string& line, std::uint8_t code, bool controlHeld);
+
 // The line that goes to the server for what the player typed: a backquote sends the rest raw, a slash whispers, a colon
 // emotes, anything else is spoken.
 std::string WireLineOf(const std::string& typedLine);

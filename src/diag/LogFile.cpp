@@ -7,6 +7,7 @@
 #include <cstring>
 #include <utility>
 
+#include "platform/Caps.h"
 #include "platform/Clock.h"
 #include "platform/FileSystem.h"
 
@@ -49,6 +50,9 @@ void LogFile::WriteReport(std::initializer_list<std::string_view> pieces) {
     }
     if (whole.empty()) return;
     platform::File file = platform::File::ByPlainName(fileName, platform::OpenMode::Append);
+    const std::uint64_t before = file.Size();
+    if (before >= caps::logBytes) return;
+    if (before + whole.size() >= caps::logBytes) whole += "\n(this log is full)\n";
     // A piece that the disk does not take is lost: there is no better place to say so.
     static_cast<void>(file.Write(whole.data(), whole.size()));
 }

@@ -1,5 +1,6 @@
 #pragma once
-// The program's text logs: files that are opened, appended to and closed by every write.
+// The program's text logs: files that are opened, appended to and closed by every write. A log that has reached
+// caps::logBytes says so and takes no more.
 
 #include <cstddef>
 #include <initializer_list>

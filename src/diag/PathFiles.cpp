@@ -9,7 +9,6 @@
 namespace {
 
 constexpr std::string_view separators = "\\/";
-constexpr std::size_t longestForeignName = 200;
 
 char Lower(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
@@ -25,7 +24,7 @@ bool IsSafePart(std::string_view part) {
 
 // Whether a name from outside stays below the folder it is put in, by its letters alone.
 bool IsSafeName(const std::string& name) {
-    if (name.empty() || name.size() > longestForeignName) return false;
+    if (name.empty() || name.size() > caps::fileNameBytes) return false;
     if (name.find(':') != std::string::npos || std::any_of(name.begin(), name.end(), IsControl)) return false;
     if (separators.find(name.front()) != std::string_view::npos ||
         separators.find(name.back()) != std::string_view::npos)
@@ -35,7 +34,7 @@ bool IsSafeName(const std::string& name) {
 }
 
 std::string Printable(std::string name) {
-    if (name.size() > longestForeignName) name = name.substr(0, longestForeignName) + "...";
+    if (name.size() > caps::fileNameBytes) name = name.substr(0, caps::fileNameBytes) + "...";
     std::replace_if(name.begin(), name.end(), IsControl, '?');
     return name;
 }
@@ -69,10 +68,10 @@ std::string WithoutExtension(const std::string& path) {
     return path.substr(0, path.rfind('.'));
 }
 
-std::string ReadWholeFile(const std::string& path, bool binary) {
+std::string ReadWholeFile(const std::string& path, bool binary, std::uint64_t most) {
     std::string content;
-    const bool read = binary ? platform::ReadFileBytes(path, content) : platform::ReadFileText(path, content);
-    if (!read) content.clear();
+    const auto read = binary ? &platform::ReadFileBytes : &platform::ReadFileText;
+    (void)read(path, content, most);  // which leaves it empty on failure
     return content;
 }
 
@@ -88,16 +87,16 @@ WriteOutcome WriteWholeFile(const std::string& path, std::string_view bytes) {
     return kept ? WriteOutcome::NotOpened : WriteOutcome::CutShort;
 }
 
-bool ReadLines(const std::string& path, std::vector<std::string>& lines) {
+bool ReadLines(const std::string& path, std::vector<std::string>& lines, std::uint64_t most) {
     std::string content;
-    if (!platform::ReadFileText(path, content)) return false;
+    if (!platform::ReadFileText(path, content, most)) return false;
     lines = SplitTokens(content, "\n");
     return true;
 }
 
 bool LoadStringList(std::list<std::string>& list, const std::string& path) {
     std::string content;
-    if (!platform::ReadFileText(path, content)) {
+    if (!platform::ReadFileText(path, content, caps::textFileBytes)) {
         errorLog.WriteReport({"Failed to open string list: ", path, "\n"});
         return false;
     }

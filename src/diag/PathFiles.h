@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/Caps.h"
+
 // Length in bytes; 0 when the file cannot be opened.
 std::uint64_t FileSize(const std::string& path);
 // Creates every folder named on the path (each prefix that ends at a separator); failures are ignored.
@@ -15,14 +17,15 @@ std::string DirectoryOf(const std::string& path);       // up to and with the la
 std::string FileNameOf(const std::string& path);        // after the last separator
 std::string ExtensionOf(const std::string& path);       // after the last ".", else empty
 std::string WithoutExtension(const std::string& path);  // before the last ".", else whole
-// The content in text mode or as bytes; empty when it cannot be opened.
-std::string ReadWholeFile(const std::string& path, bool binary);
+// The content in text mode or as bytes; empty when it cannot be opened. A file of more than `most` bytes counts, here
+// and below, as one that cannot be opened.
+std::string ReadWholeFile(const std::string& path, bool binary, std::uint64_t most = caps::textFileBytes);
 enum class WriteOutcome { Written, NotOpened, CutShort };
 // Creates or replaces a file. The bytes go to a file beside it first (".tmp" is added to the name), so that a full disk
 // or the end of the process leaves the file of before or none, never a part.
 [[nodiscard]] WriteOutcome WriteWholeFile(const std::string& path, std::string_view bytes);
 // Text mode, split at line feeds, empty lines dropped. False when it cannot be opened.
-bool ReadLines(const std::string& path, std::vector<std::string>& lines);
+bool ReadLines(const std::string& path, std::vector<std::string>& lines, std::uint64_t most = caps::textFileBytes);
 // Lines up to the first empty one; false with a message when it cannot be opened.
 bool LoadStringList(std::list<std::string>& list, const std::string& path);
 // The pieces between delimiter characters, empty ones dropped.

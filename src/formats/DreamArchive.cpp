@@ -11,8 +11,8 @@
 #include "diag/PathFiles.h"
 #include "formats/ByteCursor.h"
 #include "formats/CappedMessages.h"
-#include "formats/Caps.h"
 #include "formats/Lzw.h"
+#include "platform/Caps.h"
 #include "platform/FileSystem.h"
 #include "platform/Memory.h"
 
@@ -180,16 +180,11 @@ std::string_view Unpacker::DecodeBzip2(const Entry& entry, const std::string& ou
     return {};
 }
 
-bool ReadArchive(const std::string& path, std::string& archive) {
-    const std::uint64_t size = FileSize(path);
-    return size != 0 && size <= caps::archiveBytes && platform::ReadFileBytes(path, archive);
-}
-
 }  // namespace
 
 bool UnpackDreamArchive(const std::string& archivePath) {
     std::string archive;
-    if (!ReadArchive(archivePath, archive)) {
+    if (!platform::ReadFileBytes(archivePath, archive, caps::archiveBytes) || archive.empty()) {
         errorLog.Write("Unable to begin decompression of file: " + archivePath + "\n");
         return false;
     }

@@ -8,7 +8,7 @@
 
 #include "diag/LogFile.h"
 #include "formats/CappedMessages.h"
-#include "formats/Caps.h"
+#include "platform/Caps.h"
 
 namespace {
 

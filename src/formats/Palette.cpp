@@ -4,6 +4,8 @@
 #include <sstream>
 
 #include "diag/LogFile.h"
+#include "formats/CappedMessages.h"
+#include "platform/Caps.h"
 #include "platform/FileSystem.h"
 
 Palette currentPalette;
@@ -51,7 +53,7 @@ void LoadPcxPalette(const std::string& path) {
 void LoadColorNames(ColorNames& names) {
     names.clear();
     std::string text;
-    if (!platform::ReadFileText(colorsFile, text)) {
+    if (!platform::ReadFileText(colorsFile, text, caps::colourFileBytes)) {
         errorLog.Write("Failed to open data\\colors\\colors.txt to load color pairs.\n");
         return;
     }
@@ -73,27 +75,29 @@ void LoadColorNames(ColorNames& names) {
 void LoadColorNumbers(const std::string& path, const ColorNames& names, ColorTable& table) {
     if (names.empty()) return;
     std::string text;
-    if (!platform::ReadFileText(path, text)) {
+    if (!platform::ReadFileText(path, text, caps::colourFileBytes)) {
         errorLog.Write("Failed to open " + path + " to load color indices from.\n");
         return;
     }
     table.fill(Color{});
     std::istringstream words(text);
+    CappedMessages messages(caps::repeatedMessages);
     int number = 0;
     std::string name;
     while (words >> number) {
         if (number < 0) return;
         if (!(words >> name)) break;
         if (static_cast<std::size_t>(number) >= table.size()) {
-            errorLog.Write("Color index too high (");
-            errorLog.Write(number);
-            errorLog.Write(") in file " + path + "...  ignoring it.\n");
+            messages.Add("Color index too high (" + std::to_string(number) + ") in file " + path +
+                         "...  ignoring it.\n");
         } else if (const auto found = names.find(name); found != names.end()) {
             table[static_cast<std::size_t>(number)] = found->second;
         } else {
-            errorLog.WriteReport({"No such color (", name, "), referanced in file ", path, "\n"});
+            std::erase(name, '\0');  // which would end the log's piece
+            messages.Add("No such color (" + name + "), referanced in file " + path + "\n");
         }
     }
+    messages.Flush();
     errorLog.Write("Error in file " + path + "\n");
 }
 

@@ -6,17 +6,12 @@
 #include "diag/PathFiles.h"
 #include "formats/ByteCursor.h"
 #include "formats/CappedMessages.h"
-#include "formats/Caps.h"
+#include "platform/Caps.h"
 #include "platform/FileSystem.h"
 
 namespace {
 
 constexpr int slotCount = 1024;
-
-// False when the file is longer than any sprite archive, or cannot be opened.
-bool ReadArchiveBytes(const std::string& path, std::string& bytes) {
-    return FileSize(path) <= caps::spriteArchiveBytes && platform::ReadFileBytes(path, bytes);
-}
 
 // Rows are stored last row first. Gives the number of rows that could be read whole.
 unsigned ReadRows(ByteCursor& cursor, SpriteImage& image, unsigned width, unsigned height) {
@@ -43,7 +38,7 @@ bool LoadTsh(SpriteArchive& archive, const std::string& path) {
     archive.images.clear();
     if (FileSize(path) == 0) return false;
     std::string bytes;
-    if (!ReadArchiveBytes(path, bytes)) {
+    if (!platform::ReadFileBytes(path, bytes, caps::spriteArchiveBytes)) {
         errorLog.Write("Unable to open " + path + " to load TSH data.\n");
         return false;
     }
@@ -83,7 +78,7 @@ bool LoadTshBytes(SpriteArchive& archive, std::string_view bytes, const std::str
 bool LoadTs2(SpriteArchive& archive, const std::string& path, int indexBase) {
     if (FileSize(path) == 0) return false;
     std::string bytes;
-    if (!ReadArchiveBytes(path, bytes)) {
+    if (!platform::ReadFileBytes(path, bytes, caps::spriteArchiveBytes)) {
         errorLog.Write("Unable to open " + path + " to load TS2 data.\n");
         return false;
     }

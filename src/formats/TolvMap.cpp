@@ -7,7 +7,7 @@
 #include "diag/PathFiles.h"
 #include "formats/ByteCursor.h"
 #include "formats/CappedMessages.h"
-#include "formats/Caps.h"
+#include "platform/Caps.h"
 #include "platform/FileSystem.h"
 #include "platform/MessageBox.h"
 
@@ -70,7 +70,7 @@ void TolvMap::Empty() {
 bool TolvMap::LoadMap(const std::string& path) {
     Empty();
     std::string bytes;
-    if (!platform::ReadFileBytes(path, bytes)) {
+    if (!platform::ReadFileBytes(path, bytes, caps::mapBytes)) {
         errorLog.Write("Failed to load tolv .map file: " + path + "\n");
         return false;
     }

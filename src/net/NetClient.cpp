@@ -7,6 +7,7 @@
 #include "diag/CMemMan.h"
 #include "diag/CallStack.h"
 #include "diag/LogFile.h"
+#include "platform/Caps.h"
 #include "platform/Clock.h"
 
 namespace NET {
@@ -17,12 +18,7 @@ using platform::SocketStatus;
 constexpr unsigned passSleepMs = 20;
 constexpr unsigned idleSleepMs = 100;
 constexpr std::size_t receiveChunkBytes = 4096;
-// One pass ends after this many chunks, so that a flooding peer cannot keep the network lock for itself.
-constexpr int chunksPerPass = 1024;
 constexpr unsigned sendRetryMs = 5;
-// A connect that is not answered for this long has failed: the system's own limit is two minutes, and the window stands
-// still meanwhile.
-constexpr int connectSeconds = 5;
 
 std::atomic<std::uint32_t> liveEndpoints{0};
 std::atomic<std::uint32_t> totalSent{0};
@@ -155,7 +151,7 @@ SocketStatus Client::ConnectSocket(const std::string& host, int port, bool& reso
     // A socket that was connected or refused once does not serve again.
     if (socketUsed && !OpenFreshSocket()) return SocketStatus::Error;
     socketUsed = true;
-    connectDeadline = platform::CounterValue() + connectSeconds * platform::CounterFrequency();
+    connectDeadline = platform::CounterValue() + caps::connectSeconds * platform::CounterFrequency();
     return socket.Connect(address, static_cast<std::uint16_t>(port), &CancelledOrLate);
 }
 
@@ -294,7 +290,7 @@ bool Client::ReceivePass() {
 // Takes what has arrived, disconnecting at the end of the stream; false when the poll itself failed.
 bool Client::DrainSocket() {
     std::array<char, receiveChunkBytes> chunk;
-    for (int i = 0; i < chunksPerPass && pending < mostPending; ++i) {
+    for (std::size_t taken = 0; taken < caps::receivePassBytes && pending < mostPending;) {
         const SocketStatus readable = socket.PollReadable();
         if (readable == SocketStatus::NotYet) return true;
         if (readable != SocketStatus::Ok) return false;
@@ -311,6 +307,7 @@ bool Client::DrainSocket() {
             pending = static_cast<unsigned>(receiveBuffer.size());
         }
         AddToReceived(static_cast<std::uint32_t>(received));
+        taken += received;
     }
     return true;
 }

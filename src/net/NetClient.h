@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "diag/CThread.h"
+#include "platform/Caps.h"
 #include "platform/Socket.h"
 
 namespace NET {
@@ -39,7 +40,7 @@ class Client : public Endpoint {
   public:
     // Beyond this many bytes that the owner has not taken, what comes stays in the system's buffers: the peer has to
     // wait then.
-    explicit Client(std::size_t mostPendingBytes = 8U << 20);
+    explicit Client(std::size_t mostPendingBytes = caps::receiveBufferBytes);
     ~Client() override;
 
     // `host` is a name or four numbers divided by points; a port outside 0 to 65535 fails. Blocks through lookup and
@@ -70,7 +71,7 @@ class Client : public Endpoint {
     platform::Socket socket;  // under the network lock
     bool socketUsed = false;  // a connect was tried on it; under the network lock
     const std::size_t mostPending;
-    unsigned sendPatienceMs = 5000;
+    unsigned sendPatienceMs = caps::sendPatienceMs;
     CriticalSection receiveLock;
     std::vector<char> receiveBuffer;   // under receiveLock
     std::atomic<unsigned> pending{0};  // its size

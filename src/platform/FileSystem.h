@@ -46,10 +46,11 @@ class File {
     void* handle = nullptr;
 };
 
-// The whole content; false and an empty `out` when it cannot be opened or read to its end. Folders cannot be opened.
-[[nodiscard]] bool ReadFileBytes(std::string_view path, std::string& out);
+// The whole content; false and an empty `out` when it cannot be opened or read to its end, or has more than `most`
+// bytes (the caps are in platform/Caps.h). Folders cannot be opened.
+[[nodiscard]] bool ReadFileBytes(std::string_view path, std::string& out, std::uint64_t most);
 // As ReadFileBytes, in text mode: a carriage return before a line feed is dropped.
-[[nodiscard]] bool ReadFileText(std::string_view path, std::string& out);
+[[nodiscard]] bool ReadFileText(std::string_view path, std::string& out, std::uint64_t most);
 
 // The length of a regular file in bytes; 0 when it cannot be opened.
 std::uint64_t FileLength(std::string_view path);

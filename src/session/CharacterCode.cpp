@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "formats/CappedMessages.h"
-#include "formats/Caps.h"
+#include "platform/Caps.h"
 #include "session/TolvDataManager.h"
 #include "session/WireNumbers.h"
 

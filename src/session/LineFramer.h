@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "formats/CappedMessages.h"
-#include "formats/Caps.h"
+#include "platform/Caps.h"
 
 // A line longer than the cap is dropped with one message and the stream goes on behind its line feed.
 class LineFramer {

@@ -10,6 +10,7 @@ class MessageQueue {
   public:
     static MessageQueue& Default();
 
+    // When too many wait already the oldest is dropped, and the end of a text that is too long.
     void Post(const std::string& text);
     // False, `out` untouched, when there is none.
     bool Pop(std::string& out);

@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "diag/LogFile.h"
+#include "platform/Caps.h"
 #include "platform/FileSystem.h"
 
 namespace {
@@ -34,7 +35,7 @@ void GetPlayerName(std::string& out) {
 
 bool LoadPlayerIni(const std::string& path) {
     std::string content;
-    if (!platform::ReadFileText(path, content)) {
+    if (!platform::ReadFileText(path, content, caps::playerFileBytes)) {
         errorLog.Write("Failed to open player ini file: " + path + "\n");
         return false;
     }

@@ -5,7 +5,7 @@
 #include "diag/CMemMan.h"
 #include "diag/CallStack.h"
 #include "diag/LogFile.h"
-#include "formats/Caps.h"
+#include "platform/Caps.h"
 #include "session/MessageQueue.h"
 #include "session/TolvFileGetter.h"
 

@@ -7,7 +7,7 @@
 #include "diag/LogFile.h"
 #include "diag/PathFiles.h"
 #include "formats/ByteCursor.h"
-#include "formats/Caps.h"
+#include "platform/Caps.h"
 #include "platform/Clock.h"
 #include "session/MessageQueue.h"
 #include "session/PlayerData.h"
@@ -116,7 +116,7 @@ void FileGetter::ConnectToFileServer() {
 bool FileGetter::UseLocalCopy() {
     const std::uint64_t size = FileSize(filePath);
     if (size == 0 || size > static_cast<std::uint64_t>(caps::downloadBytes)) return false;
-    const int noted = DecimalOf(ReadWholeFile(filePath + std::string(sizeExtension), false));
+    const int noted = DecimalOf(ReadWholeFile(filePath + std::string(sizeExtension), false, caps::noteBytes));
     if (noted < 0 || static_cast<std::uint64_t>(noted) != size) return false;
     Post("> Already have dream file, so using local copy.");
     received = static_cast<int>(size);

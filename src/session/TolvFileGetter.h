@@ -64,7 +64,7 @@ class FileGetter {
     void Fail(const char* report, const char* message);
 
     CThread* thread = nullptr;
-    NET::Client client{2U << 20};   // two of the largest blocks
+    NET::Client client{caps::downloadBufferBytes};
     std::atomic<bool> done{false};  // written last
     std::atomic<State> state{State::AwaitWelcome};
     std::deque<char> inbox;  // received, not yet consumed

@@ -4,10 +4,10 @@
 #include <vector>
 
 #include "diag/PathFiles.h"
-#include "formats/Caps.h"
 #include "formats/Palette.h"
 #include "formats/TolvMap.h"
 #include "net/NetClient.h"
+#include "platform/Caps.h"
 #include "platform/Clock.h"
 #include "session/CharacterCode.h"
 #include "session/PlayerData.h"

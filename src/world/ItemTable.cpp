@@ -4,7 +4,8 @@
 
 #include "diag/LogFile.h"
 #include "diag/PathFiles.h"
-#include "formats/Caps.h"
+#include "formats/CappedMessages.h"
+#include "platform/Caps.h"
 
 namespace {
 
@@ -31,7 +32,7 @@ void ItemTable::Load() {
     entries.clear();
     const std::string listName = itemFolder + "items.txt";
     std::vector<std::string> lines;
-    if (FileSize(listName) > caps::itemTableBytes || !ReadLines(listName, lines) || lines.empty()) {
+    if (!ReadLines(listName, lines, caps::itemTableBytes) || lines.empty()) {
         errorLog.Write("Failed to load item table, no items are drawn: " + listName + "\n");
         return;
     }
@@ -39,20 +40,23 @@ void ItemTable::Load() {
     (void)placeholder.Load(placeholderName, true, false, true);
     entries.assign(LargestNumber(lines[0]) + 1, placeholder);
     entries[0].Release();
+    CappedMessages messages(caps::repeatedMessages);
     for (std::size_t i = 1; i < lines.size(); ++i)
-        LoadLine(SplitTokens(lines[i], " \t"), std::to_string(i));
+        LoadLine(SplitTokens(lines[i], " \t"), std::to_string(i), messages);
 }
 
-void ItemTable::LoadLine(const std::vector<std::string>& words, const std::string& lineNumber) {
+void ItemTable::LoadLine(const std::vector<std::string>& words, const std::string& lineNumber,
+                         CappedMessages& messages) {
     if (words.empty()) return;
     const std::string error = "Error in line " + lineNumber;
     if (words.size() % 2 != 0)
-        return errorLog.Write(error + " of items.txt: " +
-                              (words.size() <= 2 ? "missing model name?\n" : "mismatched texture replacement pair?\n"));
+        return messages.Add(error + " of items.txt: " +
+                            (words.size() <= 2 ? "missing model name?\n" : "mismatched texture replacement pair?\n"));
     const int number = DecimalOf(words[0]);
-    if (number < 1) return errorLog.Write(error + " of items.txt: object number must be >=1\n");
+    if (number < 1) return messages.Add(error + " of items.txt: object number must be >=1\n");
     if (static_cast<std::size_t>(number) >= entries.size())
-        return errorLog.Write(error + " of items.txt: an object number greater than the max number was specified.\n");
+        return messages.Add(error + " of items.txt: an object number greater than the max number was specified.\n");
+    messages.Flush();
     G::Mesh model;
     if (!LoadModel(model, words[1])) return;
     ReplaceTextures(model, words, lineNumber);

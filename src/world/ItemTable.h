@@ -7,6 +7,8 @@
 
 #include "graphics/model/GBMesh.h"
 
+class CappedMessages;
+
 class ItemTable {
   public:
     // Reads the list and its models. Bad lines, models and textures are told to the error log and cost no more than
@@ -22,7 +24,7 @@ class ItemTable {
     [[nodiscard]] std::size_t Size() const { return entries.size(); }
 
   private:
-    void LoadLine(const std::vector<std::string>& words, const std::string& lineNumber);
+    void LoadLine(const std::vector<std::string>& words, const std::string& lineNumber, CappedMessages& messages);
     static void ReplaceTextures(G::Mesh& model, const std::vector<std::string>& words, const std::string& lineNumber);
 
     std::vector<G::Mesh> entries;

@@ -4,10 +4,10 @@
 #include <cmath>
 
 #include "diag/CMemMan.h"
-#include "formats/Caps.h"
 #include "graphics/device/DXGImmediate.h"
 #include "graphics/device/DXGState.h"
 #include "graphics/device/DXGTexture.h"
+#include "platform/Caps.h"
 #include "session/TolvDataManager.h"
 #include "world/Camera.h"
 

@@ -64,6 +64,16 @@ TEST(TypedLine, TakesItsPrefix) {
         EXPECT_EQ(WireLineOf(typedText), sent) << typedText;
 }
 
+TEST(TypedLine, TakesPrintableBytesUpToItsCap) {
+    std::string line(caps::typedLineBytes - 1, 'x');
+    for (const std::uint8_t code : {'a', 'b'})
+        EXPECT_TRUE(EditTypedLine(line, code, false));
+    EXPECT_EQ(line, std::string(caps::typedLineBytes - 1, 'x') + "a");
+    EXPECT_FALSE(EditTypedLine(line, 'c', true) || EditTypedLine(line, 0x7F, false));
+    EXPECT_TRUE(EditTypedLine(line, typed::backspace, false));
+    EXPECT_EQ(line.back(), 'x');
+}
+
 TEST(ChatColours, AreChosenAtEveryLineStart) {
     const G::ColouredText chat = ColouredChat("*a*\n[b\n(c\n>d\nplain (\n");
     EXPECT_EQ(chat.text, "*a*\n[b\n(c\n>d\nplain (\n");

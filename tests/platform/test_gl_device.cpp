@@ -7,6 +7,7 @@
 #include <array>
 #include <tuple>
 
+#include "platform/Caps.h"
 #include "platform/Clock.h"
 #include "platform/GlFixture.h"
 #include "platform/gl/OpenGl.h"
@@ -261,6 +262,7 @@ TEST_F(GlDevice, DrawsFromBuffers) {
     vertices.insert(vertices.end(), more.begin(), more.end());
     std::unique_ptr<DeviceBuffer> buffer;
     std::unique_ptr<DeviceBuffer> indices;
+    EXPECT_EQ(device->CreateVertexBuffer(caps::bufferBytes + 1, false, true, buffer), DeviceResult::OutOfVideoMemory);
     ASSERT_EQ(device->CreateVertexBuffer(vertices.size() * sizeof(Vertex), false, true, buffer), DeviceResult::Ok);
     ASSERT_EQ(device->CreateIndexBuffer(12, false, true, indices), DeviceResult::Ok);
     EXPECT_EQ(device->CreateIndexBuffer(0, false, true, indices), DeviceResult::InvalidCall);

@@ -6,7 +6,7 @@
 #include <climits>
 #include <vector>
 
-#include "formats/Caps.h"
+#include "platform/Caps.h"
 #include "session/WireNumbers.h"
 #include "support/TestFolder.h"
 

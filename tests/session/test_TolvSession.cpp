@@ -171,6 +171,8 @@ TEST_F(TolvSessionTest, LineKinds) {
         {{"]s    xxHi Every one", "]s   !xxA|b", "]s ! !xx", "]s ! !x"},
          "marker 0,4 Hi/Everyone\nmarker 0,5 A|b/\nmarker 1,4 /\n"},
         {{"]s    xxA", "]s    xxB", "]t    ", "]t   "}, "marker 0,4 B/\n"},
+        {{"]s    xx" + std::string(1025, 'l') + " " + std::string(1024, 's')},
+         "marker 0,4 " + std::string(1024, 'l') + "/" + std::string(1024, 's') + "\n"},
         {{"]", "]c", "]cc", "]q  x", "]q dd", "]zzzzzzzz", "\xFF\xFF\xFF\xFF\xFF", "/\x80" + std::string(25, '\xFF')},
          "character -4752,1589 colour96-223 looks0000\n"},
     };

@@ -9,7 +9,7 @@
 #include "OutputFile.h"
 #include "Scratch.h"
 #include "diag/PathFiles.h"
-#include "formats/Caps.h"
+#include "platform/Caps.h"
 
 namespace {
 

@@ -10,6 +10,7 @@
 #include "Scratch.h"
 #include "graphics/device/DXGDevice.h"
 #include "graphics/model/MeshTokenizer.h"
+#include "platform/Caps.h"
 #include "platform/FileSystem.h"
 #include "platform/scripted/ScriptedDevice.h"
 
@@ -89,7 +90,7 @@ LoadedModel::LoadedModel(const std::string& fileName) : given(fileName) {
     static int number = 0;
     const fs::path path = UserPath(fileName);
     gameFolder = LinkFolder(path.parent_path(), "m" + std::to_string(++number));
-    (void)platform::ReadFileText(gameFolder + path.filename().string(), text);
+    (void)platform::ReadFileText(gameFolder + path.filename().string(), text, caps::modelTextBytes);
     TakeErrorLog();
     told.clear();
     G::SetModelMessageSink([](std::size_t offset, const std::string& message) { told.push_back({offset, message}); });

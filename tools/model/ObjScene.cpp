@@ -28,8 +28,7 @@ class Materials : public tinyobj::MaterialReader {
                     std::map<std::string, int>* numbers, std::string* warning, std::string* error) override {
         const fs::path path = folder / name;
         std::string text;
-        const bool sane = ++count <= mostMtlFiles && platform::FileLength(path.string()) <= mostMtlBytes;
-        if (!sane || !platform::ReadFileBytes(path.string(), text)) {
+        if (++count > mostMtlFiles || !platform::ReadFileBytes(path.string(), text, mostMtlBytes)) {
             notes.push_back("the material file " + name + " cannot be read");
             return false;
         }
@@ -119,7 +118,8 @@ void AddMaterials(const std::vector<tinyobj::material_t>& materials, const std::
 ObjScene ReadObj(const fs::path& path, const std::string& given) {
     std::string text;
     if (platform::FileLength(path.string()) > mostObjBytes) throw std::runtime_error(given + " is too large");
-    if (!platform::ReadFileBytes(path.string(), text)) throw std::runtime_error(given + " cannot be read");
+    if (!platform::ReadFileBytes(path.string(), text, mostObjBytes))
+        throw std::runtime_error(given + " cannot be read");
     try {
         text = SoundObjText(text);
     } catch (const std::runtime_error& error) {

@@ -9,6 +9,7 @@
 #include "graphics/device/ImageLoader.h"
 #include "graphics/device/TexelFormats.h"
 #include "graphics/device/TextureRegistry.h"
+#include "platform/Caps.h"
 #include "platform/ImageCodec.h"
 
 namespace DXG {
@@ -27,8 +28,6 @@ using platform::DeviceResult;
 using platform::PixelFormat;
 
 constexpr std::uint32_t opaqueBlack = 0xFF000000U;
-constexpr std::size_t mostLayers = 2048;  // the deepest volume of the cards known; a list of more is not worth reading
-constexpr std::uint64_t mostLayerPixels = 1U << 28;  // 1 GiB, more than a device takes
 
 struct ImageDescription {
     std::uint32_t width = 0;
@@ -141,7 +140,7 @@ bool LoadLayers(const std::string& fileName, const std::vector<std::string>& nam
         (void)ReadDescription(path, description);  // what cannot be read is told of below
         pixels += std::uint64_t{description.width} * description.height;
         layers.push_back(std::make_unique<LoadedImage>());
-        if (!path.empty() && pixels <= mostLayerPixels && layers.back()->Load(path)) continue;
+        if (!path.empty() && pixels <= caps::volumePixels && layers.back()->Load(path)) continue;
         errorLog.Write("A layer of 3D texture \"" + fileName + "\" failed to load... 3d texture load failed.\n");
         return false;
     }
@@ -239,8 +238,9 @@ bool Texture::LoadVolume(const LoadRequest& request) {
         errorLog.Write("Color key not supported on 3d textures.\n");
         return false;
     }
-    const std::vector<std::string> names = SplitTokens(ReadWholeFile(fileName, false), " \t\r\n\v\f");
-    if (names.empty() || names.size() > mostLayers) {
+    const std::vector<std::string> names =
+        SplitTokens(ReadWholeFile(fileName, false, caps::volumeListBytes), " \t\r\n\v\f");
+    if (names.empty() || names.size() > caps::volumeLayers) {
         // A list that cannot be read lists nothing either.
         const char* reason = names.empty() ? "  -no textures listed?\n" : "";
         ReportWithStack("There was a problem loading 3D texture file: " + fileName + "\n" + reason);

@@ -6,11 +6,11 @@
 #include "diag/LogFile.h"
 #include "diag/PathFiles.h"
 #include "formats/ByteCursor.h"
-#include "formats/Caps.h"
 #include "graphics/model/GBBone.h"
 #include "graphics/model/MeshCacheFormat.h"
 #include "graphics/model/MeshRecord.h"
 #include "graphics/model/ProfileRegion.h"
+#include "platform/Caps.h"
 #include "platform/FileSystem.h"
 
 namespace G {

@@ -4,10 +4,10 @@
 
 #include "diag/LogFile.h"
 #include "diag/PathFiles.h"
-#include "formats/Caps.h"
 #include "graphics/model/GBMesh_BMBM.h"
 #include "graphics/model/MbmReader.h"
 #include "graphics/model/ProfileRegion.h"
+#include "platform/Caps.h"
 #include "platform/FileSystem.h"
 
 namespace G {
@@ -42,7 +42,7 @@ bool LoadMeshMBM(const std::string& fileName, bool readableMeshes, ModelHeader& 
     const bool cacheTried = !tooLong && ReadRandomIDAtHead(fileName, header.randomID);
     if (cacheTried && LoadCacheOf(fileName, readableMeshes, header)) return true;
     std::string text;
-    if (tooLong || !platform::ReadFileText(fileName, text)) {
+    if (tooLong || !platform::ReadFileText(fileName, text, caps::modelTextBytes)) {
         errorLog.Write("Failed to open file: " + fileName + "\n");
         return false;
     }

@@ -7,8 +7,8 @@
 #include "diag/CallStack.h"
 #include "diag/LogFile.h"
 #include "diag/PathFiles.h"
-#include "formats/Caps.h"
 #include "graphics/model/GBMesh_BMBM.h"
+#include "platform/Caps.h"
 
 namespace G {
 

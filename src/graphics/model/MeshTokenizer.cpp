@@ -11,7 +11,7 @@
 #include <utility>
 
 #include "diag/PathFiles.h"
-#include "formats/Caps.h"
+#include "platform/Caps.h"
 
 namespace G {
 

@@ -10,13 +10,12 @@
 #include "graphics/device/DXGShader.h"
 #include "graphics/device/DXGState.h"
 #include "graphics/text/GBFont.h"
+#include "platform/Caps.h"
 
 namespace G {
 namespace {
 
 constexpr unsigned cullNone = 2;
-// Beyond this a buffer's size in bytes would not fit 32 bits; the rest of such a text is not drawn.
-constexpr std::size_t mostCharacters = 0x1000000;
 
 // What all texts share during one life of the graphics foundation.
 struct SharedParts {
@@ -131,7 +130,7 @@ void Text::ReleaseQuads() {
 }
 
 bool Text::MakeRoom() {
-    const std::size_t characters = std::min(text.text.size(), mostCharacters);
+    const std::size_t characters = std::min(text.text.size(), caps::textCharacters);
     if (quads.Count() >= characters * verticesPerCharacter && quads.IsCreated()) return true;
     const auto capacity = static_cast<unsigned>((characters * 3 + 96) * 2);
     if (quads.Create(capacity, TextVertexFormat(), sizeof(TextVertex), dynamic, true)) return true;

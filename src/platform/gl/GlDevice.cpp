@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "platform/Caps.h"
 #include "platform/gl/GlCheck.h"
 
 namespace platform::gl {
@@ -230,9 +231,8 @@ DeviceResult Device::CreateTexture(const TextureRequest& request, std::unique_pt
 }
 
 DeviceResult Device::CreateVertexBuffer(std::size_t bytes, bool dynamic, bool, std::unique_ptr<DeviceBuffer>& out) {
-    constexpr std::size_t maximumBytes = std::size_t(1) << 30;
     if (bytes == 0) return DeviceResult::InvalidCall;
-    if (bytes > maximumBytes) return DeviceResult::OutOfVideoMemory;
+    if (bytes > caps::bufferBytes) return DeviceResult::OutOfVideoMemory;
     try {
         out = std::make_unique<Buffer>(shared, bytes, dynamic);
     } catch (const std::bad_alloc&) {

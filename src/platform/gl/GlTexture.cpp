@@ -4,14 +4,12 @@
 #include <bit>
 #include <new>
 
+#include "platform/Caps.h"
 #include "platform/gl/GlCheck.h"
 
 namespace platform::gl {
 
 namespace {
-
-// Texels and their copy on the card each take this much at most.
-constexpr std::size_t maximumBytes = std::size_t(1) << 30;
 
 bool MakesSense(const TextureRequest& request, const TextureLimits& limits) {
     const unsigned side = std::max(request.width, request.height);
@@ -42,7 +40,7 @@ DeviceResult Texture::Make(std::shared_ptr<SharedState> shared, const TextureLim
     const unsigned longest = std::max({request.width, request.height, request.depth});
     const auto chain = static_cast<unsigned>(std::bit_width(longest));
     if (request.levels > chain) return DeviceResult::InvalidCall;
-    if (BytesOf(request, *info) > maximumBytes) return DeviceResult::OutOfVideoMemory;
+    if (BytesOf(request, *info) > caps::textureBytes) return DeviceResult::OutOfVideoMemory;
     try {
         out.reset(new Texture(std::move(shared), request, *info, request.levels == 0 ? chain : request.levels));
     } catch (const std::bad_alloc&) {

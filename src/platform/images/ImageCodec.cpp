@@ -8,6 +8,7 @@
 #include <new>
 #include <string_view>
 
+#include "platform/Caps.h"
 #include "platform/FileSystem.h"
 #include "platform/images/ImageHeader.h"
 
@@ -16,10 +17,6 @@ namespace platform {
 using namespace std::string_view_literals;
 
 namespace {
-
-constexpr std::uint32_t maximumSide = 8192;
-// An uncompressed picture of the largest size takes 256 MiB.
-constexpr std::uint64_t maximumFileBytes = 300ULL << 20;
 
 struct SurfaceFreer {
     void operator()(SDL_Surface* surface) const { SDL_FreeSurface(surface); }
@@ -34,11 +31,11 @@ std::mutex& CodecLock() {
 
 // Reads and examines a file; the status is Ok when it can be decoded.
 ImageStatus Examine(const std::string& path, std::string& bytes, ImageHeader& header) {
-    if (FileLength(path) > maximumFileBytes) return ImageStatus::TooLarge;
-    if (!ReadFileBytes(path, bytes)) return ImageStatus::CannotOpen;
+    if (FileLength(path) > caps::imageFileBytes) return ImageStatus::TooLarge;
+    if (!ReadFileBytes(path, bytes, caps::imageFileBytes)) return ImageStatus::CannotOpen;
     header = ReadImageHeader(bytes, path);
     if (!header.decoder || header.width == 0 || header.height == 0) return ImageStatus::InvalidData;
-    return header.width > maximumSide || header.height > maximumSide ? ImageStatus::TooLarge : ImageStatus::Ok;
+    return header.width > caps::imageSide || header.height > caps::imageSide ? ImageStatus::TooLarge : ImageStatus::Ok;
 }
 
 Surface Decode(const std::string& bytes, const char* decoder) {
@@ -104,7 +101,7 @@ ImageStatus DecodeImageFile(const std::string& path, ImagePixels& out) try {
     ImagePixels made;
     made.width = static_cast<std::uint32_t>(surface->w);
     made.height = static_cast<std::uint32_t>(surface->h);
-    if (made.width > maximumSide || made.height > maximumSide) return ImageStatus::TooLarge;
+    if (made.width > caps::imageSide || made.height > caps::imageSide) return ImageStatus::TooLarge;
     made.layout = header.layout;
     made.argb.reserve(std::size_t(made.width) * made.height);
     if (surface->format->format == SDL_PIXELFORMAT_INDEX8)
@@ -131,7 +128,7 @@ ImageStatus ReadImageSize(const std::string& path, std::uint32_t& width, std::ui
 }
 
 bool WritePng(const std::string& path, const std::uint32_t* argb, std::uint32_t width, std::uint32_t height) {
-    if (!argb || width == 0 || height == 0 || width > maximumSide || height > maximumSide) return false;
+    if (!argb || width == 0 || height == 0 || width > caps::imageSide || height > caps::imageSide) return false;
     // SDL does not write to the pixels of a surface that it only saves.
     auto* pixels = const_cast<std::uint32_t*>(argb);
     const Surface surface(SDL_CreateRGBSurfaceWithFormatFrom(pixels, static_cast<int>(width), static_cast<int>(height),

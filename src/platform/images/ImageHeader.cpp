@@ -97,6 +97,8 @@ ImageHeader ReadPcx(const Bytes& bytes) {
     ImageHeader header{"PCX"};
     if (bytes.Little16(8) < bytes.Little16(4) || bytes.Little16(10) < bytes.Little16(6) || bytes.Size() < 128)
         return header;
+    // The decoder takes the bytes of a line for a signed number and asks for as many.
+    if (bytes.Little16(66) > 0x7FFF) return header;
     header.width = bytes.Little16(8) - bytes.Little16(4) + 1;
     header.height = bytes.Little16(10) - bytes.Little16(6) + 1;
     const std::uint32_t planes = bytes.At(65);

@@ -114,27 +114,28 @@ bool File::Close() {
     return std::fclose(stream) == 0 && wroteAll;
 }
 
-bool ReadFileBytes(std::string_view path, std::string& out) {
+bool ReadFileBytes(std::string_view path, std::string& out, std::uint64_t most) {
     out.clear();
     std::string hostPath;
     std::FILE* stream = HostPathOf(path, hostPath) ? OpenStream(hostPath, OpenMode::Read) : nullptr;
     if (!stream) return false;
-    // Room for all of it, unless the size is that of no file of ours.
-    constexpr off_t mostReserved = off_t{256} << 20;
     struct stat about {};
-    if (fstat(fileno(stream), &about) == 0)
-        out.reserve(static_cast<std::size_t>(std::min(about.st_size, mostReserved)));
+    bool whole = fstat(fileno(stream), &about) == 0 && static_cast<std::uint64_t>(about.st_size) <= most;
+    if (whole) out.reserve(static_cast<std::size_t>(about.st_size));
     char block[16384];
-    while (const std::size_t count = std::fread(block, 1, sizeof block, stream))
-        out.append(block, count);
-    const bool readAll = std::ferror(stream) == 0;
+    while (const std::size_t count = whole ? std::fread(block, 1, sizeof block, stream) : 0) {
+        // The file may have grown meanwhile.
+        whole = count <= most - out.size();
+        if (whole) out.append(block, count);
+    }
+    whole = whole && std::ferror(stream) == 0;
     std::fclose(stream);
-    if (!readAll) out.clear();
-    return readAll;
+    if (!whole) out.clear();
+    return whole;
 }
 
-bool ReadFileText(std::string_view path, std::string& out) {
-    if (!ReadFileBytes(path, out)) return false;
+bool ReadFileText(std::string_view path, std::string& out, std::uint64_t most) {
+    if (!ReadFileBytes(path, out, most)) return false;
     std::size_t kept = std::min(out.find('\r'), out.size());
     for (std::size_t i = kept; i < out.size(); ++i)
         if (out[i] != '\r' || i + 1 == out.size() || out[i + 1] != '\n') out[kept++] = out[i];

@@ -13,14 +13,12 @@
 #include <unordered_map>
 #include <vector>
 
+#include "platform/Caps.h"
 #include "platform/FileSystem.h"
 
 namespace platform {
 
 namespace {
-
-constexpr std::size_t keptFolders = 256;
-constexpr std::size_t keptNotices = 4096;
 
 // What was found in a folder, by folded name; each list is sorted. Folders are known by what they are, not by their
 // path, because the working folder may change.
@@ -93,7 +91,7 @@ std::vector<std::string> NamesLike(const std::string& hostFolder, std::string_vi
     if (stat(folder, &about) != 0 || !S_ISDIR(about.st_mode)) return {};
     Cache& cache = TheCache();
     const std::lock_guard<std::mutex> hold(cache.lock);
-    if (cache.listings.size() >= keptFolders) cache.listings.clear();
+    if (cache.listings.size() >= caps::keptFolders) cache.listings.clear();
     Listing& listing = cache.listings[{about.st_dev, about.st_ino}];
     if (!IsCurrent(listing, about)) Fill(listing, folder, about);
     const auto found = listing.names.find(FoldCase(part));
@@ -106,7 +104,7 @@ void TellAmbiguity(std::string_view path, const std::string& chosen) {
     {
         Cache& cache = TheCache();
         const std::lock_guard<std::mutex> hold(cache.lock);
-        if (cache.noticed.size() >= keptNotices || !cache.noticed.emplace(path).second) return;
+        if (cache.noticed.size() >= caps::keptNotices || !cache.noticed.emplace(path).second) return;
     }
     sink("Note: several names differ only in case from \"" + std::string(path) + "\"; using \"" + chosen + "\".\n");
 }

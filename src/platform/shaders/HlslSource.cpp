@@ -6,17 +6,12 @@
 #include <numeric>
 #include <set>
 
+#include "platform/Caps.h"
 #include "platform/shaders/HlslTokens.h"
 
 namespace platform {
 
 namespace {
-
-constexpr std::size_t maximumBytes = 256U << 10;
-constexpr unsigned maximumNesting = 128;
-constexpr unsigned maximumStatementTokens = 2048;
-constexpr unsigned maximumElseChain = 128;
-constexpr double maximumMacroTokens = 50000;
 
 // How many tokens a text may grow to when its macros are replaced, at most. Macros that feed each other double with
 // each level, and so do calls within calls of a macro that repeats its parameter.
@@ -28,7 +23,7 @@ class MacroSizes {
         double size = 0;
         double factor = 1;  // how often the current words are repeated
         std::vector<double> brackets;
-        for (std::size_t at = 0; at < words.size() && size <= maximumMacroTokens; ++at) {
+        for (std::size_t at = 0; at < words.size() && size <= caps::shaderMacroTokens; ++at) {
             const std::string& word = words[at];
             if (word == ")" && !brackets.empty()) {
                 factor = brackets.back();
@@ -47,8 +42,7 @@ class MacroSizes {
     double OfMacro(const std::string& name, const HlslMacro& macro, unsigned depth) {
         const auto known = sizes.find(name);
         if (known != sizes.end()) return known->second;
-        constexpr unsigned deepest = 64;
-        if (depth > deepest) return maximumMacroTokens + 1;
+        if (depth > caps::shaderMacroDepth) return caps::shaderMacroTokens + 1;
         sizes[name] = 1;  // A macro is not replaced inside itself.
         return sizes[name] = std::max(Of(macro.body, depth + 1), 1.0);
     }
@@ -72,7 +66,7 @@ bool CheckMacros(const HlslTokens& lexer, std::string& reason) {
     words.reserve(words.size() + lexer.tokens.size());
     for (const HlslToken& token : lexer.tokens)
         words.push_back(token.text);
-    if (MacroSizes(lexer.macros).Of(words) <= maximumMacroTokens) return true;
+    if (MacroSizes(lexer.macros).Of(words) <= caps::shaderMacroTokens) return true;
     reason = "the program is too long, or its macros expand to too much";
     return false;
 }
@@ -96,7 +90,8 @@ class Shape {
         if (sign == '{') Open();
         if (sign == '}') Close();
         const std::size_t nesting = round + pending.size() + std::accumulate(pending.begin(), pending.end(), 0U);
-        return nesting <= maximumNesting && statement <= maximumStatementTokens && elses <= maximumElseChain;
+        return nesting <= caps::shaderNesting && statement <= caps::shaderStatementTokens &&
+               elses <= caps::shaderElseChain;
     }
 
   private:
@@ -308,7 +303,7 @@ class Declarations {
 }  // namespace
 
 bool CheckHlslText(const std::string& source, std::string& reason) {
-    if (source.size() > maximumBytes) {
+    if (source.size() > caps::shaderBytes) {
         reason = "the source is larger than 256 KiB";
         return false;
     }

@@ -8,6 +8,7 @@
 #include <mutex>
 #include <sstream>
 
+#include "platform/Caps.h"
 #include "platform/Isolated.h"
 #include "platform/shaders/HlslSource.h"
 
@@ -150,9 +151,8 @@ bool HlslToSpirv(const std::string& source, const std::string& fileName, const s
     };
     // glslang follows null pointers on some broken sources, and its preprocessor descends once for each bracket of a
     // condition.
-    constexpr unsigned limitSeconds = 20;
     std::string packed;
-    if (RunIsolated(compile, limitSeconds, packed)) return Unpack(packed, result);
+    if (RunIsolated(compile, caps::shaderSeconds, packed)) return Unpack(packed, result);
     result.messages = fileName + ": error: the compiler broke down on this program\n";
     return false;
 }

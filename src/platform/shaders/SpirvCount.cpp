@@ -1,4 +1,5 @@
 #include "platform/shaders/SpirvCount.h"
+#include "platform/Caps.h"
 
 #include <spirv_cross/GLSL.std.450.h>
 #include <spirv-tools/optimizer.hpp>
@@ -16,9 +17,6 @@ namespace platform {
 namespace {
 
 using Words = std::vector<std::uint32_t>;
-
-// More rounds than the compilers of the time would unroll.
-constexpr double maximumRounds = 1024;
 
 struct Instruction {
     spv::Op op;
@@ -215,7 +213,7 @@ class Counter {
         open.emplace_back(each.words[1], factor);
         const auto found = rounds.find(each.words[1]);
         const double count = found == rounds.end() ? 0 : found->second;
-        if (count < 1 || count > maximumRounds)
+        if (count < 1 || count > caps::shaderRounds)
             out.openLoops = true;
         else
             factor *= count;
