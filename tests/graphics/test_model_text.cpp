@@ -201,9 +201,11 @@ TEST_F(Models, SurviveDamagedTexts) {
         return loaded;
     };
     support::CutAndFlip({"model text", sound, load, [](std::size_t) { return false; }, 10, true});
-    for (std::size_t at = 0; at < sound.size(); at = sound.find(' ', at) + 1)
+    for (std::size_t at = 0, end = 0; end < sound.size(); at = end + 1) {
+        end = std::min(sound.find(' ', at), sound.size());
         for (const char* const word : {"{ ", "}", "x"})
-            (void)load(sound.substr(0, at) + word + sound.substr(std::min(sound.find(' ', at), sound.size())));
+            (void)load(sound.substr(0, at) + word + sound.substr(end));
+    }
     EXPECT_EQ(G::LiveBones(), 0U);
 }
 
