@@ -10,9 +10,10 @@
 
 namespace {
 
+const std::string data = std::string(std::getenv("KELVANE_SOURCE_DIR")) + "/data";
+
 platform::ImagePixels Draw(const std::string& options) {
     platform::ImagePixels image;
-    const std::string data = std::string(std::getenv("KELVANE_SOURCE_DIR")) + "/data";
     const ToolRun run = RunTool("picture m.mbm p.png --data " + data + " " + options);
     EXPECT_EQ(run.code, 0) << run.output;
     EXPECT_EQ(platform::DecodeImageFile("p.png", image), platform::ImageStatus::Ok);
@@ -68,7 +69,16 @@ TEST(ModelPicture, ShowsTexturesUprightAndUnmirrored) {
         EXPECT_GT(channel(16, 22, 16), channel(16, 42, 16) + 40) << "the top is bright; up " << up;
     }
     EXPECT_EQ(RunTool("picture m.mbm p.png --data .").code, 1);
-    EXPECT_EQ(RunTool("picture absent.mbm q.png").code, 1);
+    // Without a file, without the bone's mesh, and nothing but a point.
+    folder.Write("sad.mbm", "Bone { Mesh { lost } }\n");
+    folder.Write(
+        "dot.mbm",
+        "Mesh { Name { m } Chunk { Vertices { PNT2 1 0 0 0 0 0 1 0 0 } Indices { 3 0 0 0 } } } Bone { Mesh { m } }\n");
+    for (const std::string name : {"absent", "sad", "dot"}) {
+        const ToolRun run = RunTool("picture " + name + ".mbm q.png --data " + data);
+        EXPECT_EQ(run.code, 1) << name;
+        EXPECT_EQ(run.output.find("leaked"), std::string::npos) << run.output;
+    }
     EXPECT_FALSE(folder.Has("q.png"));
 }
 

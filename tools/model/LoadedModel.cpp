@@ -41,9 +41,9 @@ std::string TakeErrorLog() {
     return content.str();
 }
 
-// The offset of the first word after "KEYWORD { NAME" that follows `from`.
-std::size_t FindName(const std::string& text, const std::string& keyword, const std::string& name) {
-    std::size_t from = 0;
+// The offset of the first "KEYWORD { NAME" at `from` or behind it.
+std::size_t FindName(const std::string& text, const std::string& keyword, const std::string& name,
+                     std::size_t from = 0) {
     while ((from = text.find(keyword, from)) != std::string::npos) {
         std::istringstream words(text.substr(from, keyword.size() + name.size() + 64));
         std::string first, brace, found;
@@ -113,10 +113,13 @@ std::size_t LoadedModel::LineOf(std::size_t offset, const std::string& message) 
     // What is wrong between constructs is found when the whole text has been read.
     if (message.starts_with("Error: A Mesh has no name")) return 0;
     if (message.starts_with("Error arranging bones"))
-        offset = FindName(text, "Name", Between(message, "-other top bone found: ", "\n"));
-    else if (message.find("asked for child") != std::string::npos)
-        offset = FindName(text, "Child", Between(message, "asked for child \"", "\""));
-    else if (message.starts_with("Error attaching meshes"))
+        offset = FindName(text, "Name", Between(message, "-other top bone found: ", "\n"), text.find("Bone"));
+    else if (const std::string child = Between(message, "asked for child \"", "\""); !child.empty()) {
+        offset = FindName(text, "Child", child);
+        // The first bone that named it is its parent.
+        if (message.find("already has a parent") != std::string::npos)
+            offset = FindName(text, "Child", child, offset + 1);
+    } else if (message.starts_with("Error attaching meshes"))
         offset = FindName(text, "Mesh", Between(message, "asked for Mesh(", ")"));
     if (offset > text.size()) return 0;
     return 1 +

@@ -16,6 +16,7 @@
 #include "graphics/device/DXGShader.h"
 #include "graphics/device/DXGState.h"
 #include "platform/ImageCodec.h"
+#include "platform/MessageBox.h"
 #include "platform/Window.h"
 #include "platform/gl/OpenGl.h"
 
@@ -90,7 +91,10 @@ class HiddenDevice {
         if (!userChose) unsetenv("SDL_VIDEODRIVER");
         if (userChose || !Start(width, height)) throw std::runtime_error("no OpenGL 3.3 to draw with");
     }
-    ~HiddenDevice() { Stop(); }
+    ~HiddenDevice() {
+        G::DestroyModelBones();
+        Stop();
+    }
     HiddenDevice(const HiddenDevice&) = delete;
     HiddenDevice& operator=(const HiddenDevice&) = delete;
 
@@ -100,6 +104,7 @@ class HiddenDevice {
         window = platform::CreateMainWindow(
             {"KelvaneModel", "", static_cast<int>(width), static_cast<int>(height), 0, 0}, failure);
         if (!window) return false;
+        platform::SetMessageBoxHandler(nullptr);  // a box on a hidden window would wait for ever
         DXG::ForgetFailure();
         setup.colour32 = true;
         setup.width = width;
@@ -199,10 +204,11 @@ Pixels Merge(const Pixels& onBlack, const Pixels& onWhite, const Request& reques
     return merged;
 }
 
-Pixels DrawModel(LoadedModel& loaded, const Request& request) {
+// Empty when the model does not load, which is told.
+Pixels DrawModel(const std::string& name, const Request& request) {
     LinkFolder(request.data, "data");
     const HiddenDevice device(request.width * fine, request.height * fine);
-    loaded.TakeProblems();  // the hardware's
+    LoadedModel loaded(name);
     const bool isLoaded = loaded.Load(true);
     G::Shader shader;
     const bool hasShader = shader.Load("data\\shaders\\simple", "");
@@ -212,12 +218,7 @@ Pixels DrawModel(LoadedModel& loaded, const Request& request) {
     const std::vector<PlacedChunk> chunks = PlacedChunks(loaded);
     const Pixels first = DrawOn(request.background, chunks, shader, loaded.model, request);
     const Pixels second = request.transparent ? DrawOn(0xFFFFFFFFU, chunks, shader, loaded.model, request) : first;
-    Pixels merged = Merge(first, second, request);
-    shader.Release();
-    loaded.model.Release();
-    G::EmptyModelRegistry();
-    G::DestroyModelBones();
-    return merged;
+    return Merge(first, second, request);
 }
 
 }  // namespace
@@ -225,8 +226,7 @@ Pixels DrawModel(LoadedModel& loaded, const Request& request) {
 int Picture(const Arguments& arguments) {
     arguments.NeedFiles({"IN.mbm", "OUT.png"});
     const Request request = RequestOf(arguments);
-    LoadedModel loaded(arguments.files[0]);
-    const Pixels pixels = DrawModel(loaded, request);
+    const Pixels pixels = DrawModel(arguments.files[0], request);
     if (pixels.empty()) return 1;
     ReplaceFile(UserPath(arguments.files[1]), [&](const fs::path& temporary) {
         return platform::WritePng(temporary.string(), pixels.data(), request.width, request.height);
