@@ -9,6 +9,13 @@
 #include "support/ScriptedFoundation.h"
 #include "support/TestFolder.h"
 
+inline std::string Repeated(const std::string& text, std::size_t count) {
+    std::string all;
+    for (std::size_t i = 0; i < count; ++i)
+        all += text;
+    return all;
+}
+
 // Whatever a test does, nothing of its models is left at its end.
 class Models : public testing::Test {
   protected:

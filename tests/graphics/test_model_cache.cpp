@@ -182,18 +182,12 @@ TEST_F(Models, AreNotDrawnWithIndicesBeyondTheirVertices) {
 TEST_F(Models, AreNotCachedWhenTheyDoNotFit) {
     const std::string bone = "Bone { Name { b } Mesh { m } }\n";
     const std::string vertex = " 0 0 0 0 0 1 0 0";
-    const auto repeated = [](const std::string& piece, std::size_t count) {
-        std::string all;
-        for (std::size_t i = 0; i < count; ++i)
-            all += piece;
-        return all;
-    };
     const std::string chunk = "Chunk { Vertices { PNT2 1" + vertex + " } Indices { 3 0 0 0 } } ";
     const std::string longName(256, 'n');
     const struct {
         std::string text, reason;
     } rows[] = {
-        {"RandomID { 1 } Mesh { Name { m } " + repeated(chunk, 256) + "} " + bone,
+        {"RandomID { 1 } Mesh { Name { m } " + Repeated(chunk, 256) + "} " + bone,
          "256 chunks of m, but at most 255 can be cached.\n"},
         {"RandomID { 1 } Mesh { Name { " + longName + " } " + chunk + "} Bone { Mesh { " + longName + " } }\n",
          "256 characters in the name of " + longName + ", but at most 255 can be cached.\n"},
@@ -209,7 +203,7 @@ TEST_F(Models, AreNotCachedWhenTheyDoNotFit) {
     }
     // The welder keeps the low 16 bits of an index count, so that what is left of it would fit.
     folder.Write("art/m.mbm", "RandomID { 1 } Mesh { Name { m } Chunk { Vertices { PNT2 1" + vertex +
-                                  " } Indices { 65538" + repeated(" 0", 65538) + " } } } " + bone);
+                                  " } Indices { 65538" + Repeated(" 0", 65538) + " } } } " + bone);
     for (const bool optimize : {false, true}) {
         support::ClearErrorLog();
         EXPECT_TRUE(model.Load("art\\m.mbm", false, true, optimize));

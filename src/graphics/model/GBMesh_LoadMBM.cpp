@@ -77,12 +77,11 @@ bool MbmReader::LinkChild(BoneRecord& parent, const std::string& childName) {
     });
     const std::string asked = "Bone(" + parent.bone->name + ") asked for child \"" + childName + "\"";
     if (child == bones.end()) {
-        Tell("Bone(" + parent.bone->name + ") asked for child \"" + childName + "\" that doesn't exist.\n");
+        Tell(asked + " that doesn't exist.\n");
         return false;
     }
     if (child->hasParent) {
-        Tell("Bone(" + parent.bone->name + ") asked for child \"" + childName +
-             "\", but that child already has a parent(" + child->bone->Parent()->name + ")\n");
+        Tell(asked + ", but that child already has a parent(" + child->bone->Parent()->name + ")\n");
         return false;
     }
     if (parent.bone->IsAtOrBelow(*child->bone)) {

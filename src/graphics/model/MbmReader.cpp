@@ -182,11 +182,20 @@ void MbmReader::ReadTexture(std::string_view keyword, MeshChunk& chunk) {
         Tell("Note: mesh(" + fileName + ") failed to load texture: " + folder + name + "\n");
 }
 
+bool MbmReader::CanHoldList(int count, std::size_t numbersEach, const char* list, const char* what) {
+    if (count >= 0 && static_cast<std::size_t>(count) * numbersEach <= tokens.NumbersLeft()) return true;
+    const std::string message = list + std::to_string(count) + what + ", which the file does not hold.\n";
+    if (count < 0)
+        Tell(message);
+    else
+        tokens.Fail(message);
+    return false;
+}
+
 void MbmReader::ReadIndices(const MeshRecord& mesh, MeshChunk& chunk) {
     tokens.ExpectOpen();
     const int count = tokens.ReadInteger();
-    const bool fits = count >= 0 && static_cast<std::size_t>(count) <= tokens.NumbersLeft();
-    if (!fits) Tell("Bad.. index list of " + std::to_string(count) + " indices, which the file does not hold.\n");
+    const bool fits = CanHoldList(count, 1, "Bad.. index list of ", " indices");
     messages.Flush();
     if (!fits || !chunk.indexBuffer.Create(static_cast<unsigned>(count), false, false)) {
         tokens.DropToBrace();
@@ -224,10 +233,7 @@ void MbmReader::ReadVertices(MeshChunk& chunk) {
         if (typeName == known.name) type = &known;
     if (!type) Tell("Unsupported vertex type in Mesh.Chunk.Vertices: " + typeName + "\n");
     const int count = tokens.ReadInteger();
-    const bool fits =
-        type && count >= 0 && static_cast<std::size_t>(count) * type->numbersPerVertex <= tokens.NumbersLeft();
-    if (type && !fits)
-        Tell("Bad.. vertex list of " + std::to_string(count) + " vertices, which the file does not hold.\n");
+    const bool fits = type && CanHoldList(count, type->numbersPerVertex, "Bad.. vertex list of ", " vertices");
     messages.Flush();
     const unsigned stride = fits ? DXG::StrideOf(type->format) : 0;
     if (!fits || !chunk.vertexBuffer.Create(static_cast<unsigned>(count), type->format, stride, false, false)) {

@@ -51,6 +51,9 @@ class MbmReader {
     void ReadRotation(Bone& bone);
     std::string ReadName();
     bool CanHaveAnother(std::size_t count, std::size_t cap, const char* what);
+    // Whether the rest of the text can. If not, reading the list would run into a brace or the end, which fails the
+    // load; a negative one is like a buffer that cannot be made, which does not.
+    bool CanHoldList(int count, std::size_t numbersEach, const char* list, const char* what);
 
     // What follows the text.
     void LinkBones();

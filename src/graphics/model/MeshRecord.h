@@ -32,8 +32,8 @@ struct MeshChunk {
     DXG::IndexBuffer indexBuffer;
     DXG::Texture texture0;  // colour
     DXG::Texture texture1;  // normal map
-    // Highest index + 1, as loaded or welded. A chunk with an index beyond its vertices is not drawn, because nothing says what a
-    // device reads there.
+    // Highest index + 1, as loaded or welded. A chunk with an index beyond its vertices is not drawn, because nothing
+    // says what a device reads there.
     unsigned indexLimit = 0;
 };
 
