@@ -104,7 +104,6 @@ class HiddenDevice {
         window = platform::CreateMainWindow(
             {"KelvaneModel", "", static_cast<int>(width), static_cast<int>(height), 0, 0}, failure);
         if (!window) return false;
-        platform::SetMessageBoxHandler(nullptr);  // a box on a hidden window would wait for ever
         DXG::ForgetFailure();
         setup.colour32 = true;
         setup.width = width;
@@ -119,6 +118,7 @@ class HiddenDevice {
     void Stop() {
         if (DXG::IsInitialized()) DXG::Shutdown();
         window.reset();
+        platform::SetMessageBoxHandler(nullptr);  // a box that nobody sees would wait for ever
     }
 
     std::unique_ptr<platform::Window> window;
