@@ -9,22 +9,6 @@
 #include "session/MessageQueue.h"
 #include "session/TolvFileGetter.h"
 
-namespace {
-
-// The first of a list that stands at the cell, else its end.
-template <typename List>
-auto FirstAt(List& list, int gx, int gy) {
-    return std::find_if(list.begin(), list.end(), [&](const auto& entry) { return entry.gx == gx && entry.gy == gy; });
-}
-
-template <typename List>
-void RemoveFirstAt(List& list, int gx, int gy) {
-    const auto found = FirstAt(list, gx, gy);
-    if (found != list.end()) list.erase(found);
-}
-
-}  // namespace
-
 TolvDataManager& TolvDataManager::Default() {
     static TolvDataManager manager;
     return manager;
@@ -37,13 +21,21 @@ bool TolvDataManager::PopMessage(std::string& out) {
     return MessageQueue::Default().Pop(out);
 }
 
+void TolvDataManager::ClearCharacters() {
+    characters.clear();
+    characterOfCell.clear();
+}
+
 void TolvDataManager::RemoveCharacterAt(int gx, int gy) {
-    RemoveFirstAt(characters, gx, gy);
+    const auto found = characterOfCell.find({gx, gy});
+    if (found == characterOfCell.end()) return;
+    characters.erase(found->second);
+    characterOfCell.erase(found);
 }
 
 Character* TolvDataManager::FindCharacterAt(int gx, int gy) {
-    const auto found = FirstAt(characters, gx, gy);
-    return found != characters.end() ? &*found : nullptr;
+    const auto found = characterOfCell.find({gx, gy});
+    return found != characterOfCell.end() ? &*found->second : nullptr;
 }
 
 void TolvDataManager::MoveCharacter(int oldGx, int oldGy, const Character& character) {
@@ -52,7 +44,7 @@ void TolvDataManager::MoveCharacter(int oldGx, int oldGy, const Character& chara
     if (Character* const standing = FindCharacterAt(moved.gx, moved.gy))
         *standing = moved;
     else if (characters.size() < caps::characters)
-        characters.push_back(moved);
+        characterOfCell[{moved.gx, moved.gy}] = characters.insert(characters.end(), moved);
 }
 
 void TolvDataManager::AddMarker(const Marker& marker) {
@@ -62,7 +54,9 @@ void TolvDataManager::AddMarker(const Marker& marker) {
 }
 
 void TolvDataManager::RemoveMarkerAt(int gx, int gy) {
-    RemoveFirstAt(markers, gx, gy);
+    const auto found = std::find_if(markers.begin(), markers.end(),
+                                    [&](const Marker& marker) { return marker.gx == gx && marker.gy == gy; });
+    if (found != markers.end()) markers.erase(found);
 }
 
 void TolvDataManager::GetViewPosition(int& gx, int& gy) const {

@@ -5,7 +5,9 @@
 #include <array>
 #include <cstdint>
 #include <list>
+#include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace TOLV {
@@ -46,8 +48,8 @@ class TolvDataManager {
     void PostMessage(const std::string& text);  // any thread
     bool PopMessage(std::string& out);
 
-    [[nodiscard]] const std::vector<Character>& GetCharacters() const { return characters; }
-    void ClearCharacters() { characters.clear(); }
+    [[nodiscard]] const std::list<Character>& GetCharacters() const { return characters; }
+    void ClearCharacters();
     void RemoveCharacterAt(int gx, int gy);
     Character* FindCharacterAt(int gx, int gy);
     // Empties the old cell, then replaces the character at the record's own cell or appends the record.
@@ -72,7 +74,9 @@ class TolvDataManager {
     int viewGx = 0;
     int viewGy = 0;
     std::vector<Marker> markers;
-    std::vector<Character> characters;
+    std::list<Character> characters;  // in the order in which they are drawn
+    // Where the one on each cell is in the list: a crowded place moves thousands of them a second.
+    std::map<std::pair<int, int>, std::list<Character>::iterator> characterOfCell;
     std::list<Transfer> transfers;
     bool refusing = false;  // the last transfer found no room, and that was said
 };
