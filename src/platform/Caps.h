@@ -83,8 +83,8 @@
     CAP(std::size_t, serverLineBytes, 64ULL << 10, "bytes",                                                            \
         "A line from a game or file server. The longest known are descriptions of a few KiB.")                         \
     CAP(std::size_t, receiveBufferBytes, 8ULL << 20, "bytes",                                                          \
-        "What a connection received and its owner did not take yet, all of which goes to the network log at "          \
-        "once. The rest stays in the system's buffers, and the peer has to wait.")                                     \
+        "What a connection received and its owner did not take yet, all of which is logged and handled in one "        \
+        "frame. The rest stays in the system's buffers, and the peer has to wait.")                                    \
     CAP(std::size_t, downloadBufferBytes, 2ULL << 20, "bytes",                                                         \
         "The same for a download, sixteen of which may wait for their turn: two of the largest blocks.")               \
     CAP(std::size_t, receivePassBytes, 4ULL << 20, "bytes",                                                            \
@@ -130,6 +130,9 @@
     CAP(std::size_t, refusalMessages, 100, "messages",                                                                 \
         "Messages that a server can cause over and over, of those about lines that no server sends without "           \
         "meaning harm.")                                                                                               \
+    CAP(std::size_t, postureMessages, 8192, "messages",                                                                \
+        "Warnings of postures that there are not, which a server can cause in one frame and which open the log "       \
+        "each: a tenth of a second.")                                                                                  \
     CAP(std::uint64_t, logBytes, 1ULL << 30, "bytes",                                                                  \
         "A log file, so that a server cannot fill the disk with what is logged of it. The rest of the run "            \
         "is not logged.")                                                                                              \

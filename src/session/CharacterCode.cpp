@@ -47,7 +47,7 @@ void DecodeCharacter(std::string_view colorCode, std::string_view frameCode, Cha
     character.group = std::min((frame - 1) / groupFrames, lastGroup);
     frame -= character.group * groupFrames;
     if (frame > groupFrames) {
-        static CappedMessages reports(caps::repeatedMessages);
+        static CappedMessages reports(caps::postureMessages);
         reports.Add("Warning: Animation frame could not be correctly parsed: " + std::to_string(wholeFrame) + "\n");
         reports.Flush();
         frame %= groupFrames + 1;

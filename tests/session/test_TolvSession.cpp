@@ -221,4 +221,15 @@ TEST_F(TolvSessionTest, FilesNamedByTheServerStayInsideTheGame) {
     }
 }
 
+// The last test: what it uses up is the program's.
+TEST_F(TolvSessionTest, UnknownPosturesAreToldSoOften) {
+    LogIn();
+    std::string postures;
+    for (std::size_t i = 0; i < caps::postureMessages + 100; ++i)
+        postures += "<!!!!!!!!!!    ~~\n";
+    Poll(postures);
+    const std::string errors = folder.Read("_error.txt");
+    EXPECT_NEAR(static_cast<double>(std::count(errors.begin(), errors.end(), '\n')), caps::postureMessages, 5);
+}
+
 }  // namespace
