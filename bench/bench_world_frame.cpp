@@ -140,25 +140,29 @@ void FillBatches(const TextureList& floors, const TextureList& walls, Batches& o
     out.Upload();
 }
 
-// The models of the items on the map, one kind after the other: what a kind needs is bound once, and each cell of it
-// only sets its place.
+// The models of the items on the map, one kind after the other: drawn whole, or piece by piece, so that what a piece
+// needs is bound once for all cells.
 class SortedItems {
   public:
     SortedItems() {
         bench::Require(shader.Load("data\\shaders\\simple", ""), "no shader for the items");
         table.Load();
-        std::map<unsigned, std::vector<ViewCell>> cells;
         for (int gy = view.gy - 15; gy < view.gy + 15; ++gy)
             for (int gx = view.gx - 15; gx < view.gx + 15; ++gx)
                 if (const unsigned number = TolvMap::Current().GetObject(gx, gy)) cells[number].push_back({gx, gy});
         for (const auto& [number, places] : cells)
-            AddKind(*table.Find(number)->TopBone(), places);
+            AddBone(*table.Find(number)->TopBone(), *table.Find(number)->TopBone(), places);
     }
-    void Draw() {
-        SetWorldViewport();
-        WorldCamera().Apply();
-        DXG::SetCullMode(0);
-        shader.Set();
+    void DrawWhole() {
+        Begin();
+        for (const auto& [number, places] : cells)
+            for (const ViewCell& place : places) {
+                table.Find(number)->TopBone()->SetPosition(PlaceOf(place), false);
+                table.Find(number)->Draw(false);
+            }
+    }
+    void DrawPieces() {
+        Begin();
         for (const Part& part : parts) {
             part.chunk->vertexBuffer.Set();
             part.chunk->indexBuffer.Set();
@@ -176,13 +180,21 @@ class SortedItems {
         const G::MeshChunk* chunk;
         std::vector<Mat4> worlds;
     };
-    void AddKind(G::Bone& top, const std::vector<ViewCell>& places) { AddBone(top, top, places); }
+    static Vec3 PlaceOf(const ViewCell& cell) {
+        return {static_cast<float>(cell.gx), static_cast<float>(cell.gy), 0.0F};
+    }
+    void Begin() {
+        SetWorldViewport();
+        WorldCamera().Apply();
+        DXG::SetCullMode(0);
+        shader.Set();
+    }
     void AddBone(G::Bone& bone, G::Bone& top, const std::vector<ViewCell>& places) {
         for (G::Bone* child : bone.Children())
             AddBone(*child, top, places);
         std::vector<Mat4> worlds;
         for (const ViewCell& place : places) {
-            top.SetPosition({static_cast<float>(place.gx), static_cast<float>(place.gy), 0.0F}, false);
+            top.SetPosition(PlaceOf(place), false);
             worlds.push_back(bone.WorldMatrix());
         }
         for (const G::MeshChunk& chunk : bone.mesh.Mesh().chunks)
@@ -191,6 +203,7 @@ class SortedItems {
 
     G::Shader shader;
     ItemTable table;
+    std::map<unsigned, std::vector<ViewCell>> cells;
     std::vector<Part> parts;
 };
 
@@ -299,7 +312,7 @@ void WorldAndChat(benchmark::State& state, Scene& scene) {
 }
 
 // An item of another kind on every cell of the view, as many kinds as `itemKinds`.
-void WorldAndItems(benchmark::State& state, Scene& scene) {
+void WorldAndItems(benchmark::State& state, Scene& scene, void (SortedItems::*draw)()) {
     TolvMap& map = TolvMap::Current();
     const auto place = [&map](bool there) {
         for (unsigned i = 0; i < 900; ++i)
@@ -311,12 +324,20 @@ void WorldAndItems(benchmark::State& state, Scene& scene) {
         SortedItems sorted;
         const auto batched = [&] {
             scene.batches.Draw();
-            sorted.Draw();
+            (sorted.*draw)();
         };
         Compare(
             state, hoverVertices, [] { TolvRenderer::Render(); }, batched);
     }
     place(false);
+}
+
+void WorldAndItemsByKind(benchmark::State& state, Scene& scene) {
+    WorldAndItems(state, scene, &SortedItems::DrawWhole);
+}
+
+void WorldAndItemsByPiece(benchmark::State& state, Scene& scene) {
+    WorldAndItems(state, scene, &SortedItems::DrawPieces);
 }
 
 void RunAll(platform::Window& window) {
@@ -334,7 +355,8 @@ void RunAll(platform::Window& window) {
         };
         add("world", World, 400);
         add("world and chat", WorldAndChat, 400);
-        add("world and items", WorldAndItems, 60);
+        add("world and items by kind", WorldAndItemsByKind, 60);
+        add("world and items by piece", WorldAndItemsByPiece, 60);
         benchmark::RunSpecifiedBenchmarks();
     }
     DXG::Shutdown();

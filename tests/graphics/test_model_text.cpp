@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
+#include <random>
+#include <sstream>
 
 #include "graphics/ModelFixture.h"
 #include "graphics/model/MeshTokenizer.h"
@@ -245,6 +248,27 @@ TEST(MeshTokenizer, ReadsTheLeadingPartOfNumbers) {
         EXPECT_EQ(forFloat.HasError(), !row.isFloat) << row.word;
         EXPECT_EQ(forInteger.HasError(), !row.isInteger) << row.word;
     }
+}
+
+// Decimals of every length, with the point at every place: most are taken in one pass, the longest are not.
+TEST(MeshTokenizer, RoundsAsTheLibraryDoes) {
+    const support::TestFolder folder;
+    std::mt19937_64 random(11);
+    std::string text;
+    for (std::size_t digits = 1; digits <= 20; ++digits)
+        for (std::size_t point = 0; point <= digits; ++point) {
+            std::string word;
+            while (word.size() < digits)
+                word += static_cast<char>('0' + random() % 10);
+            text += (random() % 2 ? "-" : "") + word.insert(point, ".") + (random() % 2 ? " \n" : " ");
+        }
+    CappedMessages messages(100);
+    G::MeshTokenizer tokens(text, messages);
+    std::istringstream words(text);
+    for (std::string word; words >> word;)
+        EXPECT_EQ(tokens.ReadFloat(), static_cast<float>(std::strtod(word.c_str(), nullptr))) << word;
+    EXPECT_TRUE(tokens.NextToken().empty());
+    EXPECT_FALSE(tokens.HasError());
 }
 
 }  // namespace

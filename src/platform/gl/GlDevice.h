@@ -81,6 +81,7 @@ class Device : public GraphicsDevice {
         const Program* program = nullptr;
         std::uint64_t vertexConstants = 0;
         std::uint64_t fragmentConstants = 0;
+        std::uint64_t lastConstants = 0;
         std::uint64_t vertexArray = 0;  // of the buffer's id
     };
 

@@ -180,8 +180,8 @@ bool Device::ApplyProgram() {
         program.sentAlphaTest = alphaTest.version;
     }
     if (!vertex) SendTransform(program);
-    if (vertex) vertex->BindConstants(vertexBlockPoint, bound.vertexConstants);
-    if (fragment) fragment->BindConstants(fragmentBlockPoint, bound.fragmentConstants);
+    if (vertex) vertex->BindConstants(vertexBlockPoint, bound.vertexConstants, bound.lastConstants);
+    if (fragment) fragment->BindConstants(fragmentBlockPoint, bound.fragmentConstants, bound.lastConstants);
     return true;
 }
 

@@ -40,7 +40,7 @@ void Shader::SetMatrix(int constant, const float values[16], bool transpose) {
     if (const ShaderConstant* found = At(constant)) stale |= WriteMatrix(*found, values, transpose, block);
 }
 
-void Shader::BindConstants(GLuint point, std::uint64_t& bound) {
+void Shader::BindConstants(GLuint point, std::uint64_t& bound, std::uint64_t& boundLast) {
     if (block.empty()) return;
     if (generation != shared->Generation()) {
         glGenBuffers(1, &name);
@@ -50,11 +50,11 @@ void Shader::BindConstants(GLuint point, std::uint64_t& bound) {
     }
     if (bound != id) {
         glBindBufferBase(GL_UNIFORM_BUFFER, point, name);
-        bound = id;
-    } else if (stale) {
-        glBindBuffer(GL_UNIFORM_BUFFER, name);
+        bound = boundLast = id;
     }
     if (!stale) return;
+    if (boundLast != id) glBindBuffer(GL_UNIFORM_BUFFER, name);
+    boundLast = id;
     glBufferData(GL_UNIFORM_BUFFER, static_cast<GLsizeiptr>(block.size()), block.data(), GL_STREAM_DRAW);
     stale = false;
 }

@@ -26,8 +26,8 @@ class Shader : public DeviceShader {
     [[nodiscard]] std::uint64_t Id() const { return id; }
     [[nodiscard]] const CompiledShader& Source() const { return source; }
     // Binds the constants to a uniform block's binding point, sending what changed. `bound` is the id of the shader
-    // whose constants are bound there now.
-    void BindConstants(GLuint point, std::uint64_t& bound);
+    // whose constants are bound there now, `boundLast` that of the shader whose constants were bound last to any point.
+    void BindConstants(GLuint point, std::uint64_t& bound, std::uint64_t& boundLast);
 
   private:
     [[nodiscard]] const ShaderConstant* At(int constant) const;
