@@ -4,11 +4,9 @@
 #include <algorithm>
 #include <cmath>
 
-#include "demo/art/FloorArt.h"
 #include "demo/art/Palettes.h"
 #include "demo/art/Sprites.h"
 #include "demo/art/WallArt.h"
-#include "demo/world/Catalogue.h"
 #include "formats/Palette.h"
 #include "world/SpriteTexels.h"
 
@@ -34,17 +32,6 @@ int Difference(std::uint32_t argb, Shade shade) {
         return std::abs(static_cast<int>(argb >> shift & 255U) - static_cast<int>(std::lround(value * 255.0)));
     };
     return std::max({channel(16, shade.red), channel(8, shade.green), channel(0, shade.blue)});
-}
-
-double EdgeDifference(const Canvas& left, const Canvas& right, bool vertical) {
-    double sum = 0.0;
-    const int last = left.Width() - 1;
-    for (int i = 0; i <= last; ++i) {
-        const Shade a = (vertical ? left.At(last, i) : left.At(i, last)).shade;
-        const Shade b = (vertical ? right.At(0, i) : right.At(i, 0)).shade;
-        sum += std::abs(a.red - b.red) + std::abs(a.green - b.green) + std::abs(a.blue - b.blue);
-    }
-    return sum / (3.0 * left.Width());
 }
 
 // Four quarters in colours of their own: u grows along x, v along y.
@@ -106,28 +93,6 @@ TEST(Sprites, WallsStandUprightOnBothKindsOfEdges) {
                     ASSERT_LE(Difference(texel, {0.6, 0.4, 0.2}), allowed) << position << ": " << x << ", " << y;
             }
     }
-}
-
-TEST(FloorArt, TilesMeetWithoutSeams) {
-    const std::map<int, Canvas> tiles = PaintFloors();
-    // Variants of one ground, beside and below each other.
-    for (const auto& [first, count] :
-         {std::pair{int{floors::Grass}, 4}, {int{floors::Water}, 3}, {int{floors::Sand}, 2}, {int{floors::Dirt}, 2}})
-        for (int a = first; a < first + count; ++a)
-            for (int b = first; b < first + count; ++b)
-                for (const bool vertical : {true, false})
-                    EXPECT_LT(EdgeDifference(tiles.at(a), tiles.at(b), vertical), 0.09) << a << " and " << b;
-    // Borders wherever two corners are shared: mask bits are low x low y, high x low y, low x high y, high x high y.
-    for (const int first : {floors::GrassOverSand, floors::CobbleOverGrass, floors::DirtOverGrass,
-                            floors::SandOverWater, floors::UndergrowthOverGrass})
-        for (int a = 1; a < 15; ++a)
-            for (int b = 1; b < 15; ++b) {
-                const bool beside = (a >> 1 & 1) == (b & 1) && (a >> 3 & 1) == (b >> 2 & 1);
-                const bool below = (a >> 2 & 3) == (b & 3);
-                const double x = beside ? EdgeDifference(tiles.at(first + a), tiles.at(first + b), true) : 0.0;
-                const double y = below ? EdgeDifference(tiles.at(first + a), tiles.at(first + b), false) : 0.0;
-                EXPECT_LT(std::max(x, y), 0.1) << first << ": " << a << ", " << b;
-            }
 }
 
 }  // namespace

@@ -168,32 +168,6 @@ TEST_F(GameTest, AnswersWhatIsTypedAndClicked) {
     }
 }
 
-TEST_F(GameTest, LeadsIntoADreamAndBack) {
-    LogIn(1, "Ada pw");
-    LogIn(2, "Bo Peep two words");
-    game.Line(1, "m 3");
-    record.Take(1);
-    record.Take(2);
-    game.Line(1, "m 3");
-    EXPECT_TRUE(record.Take(1).ends_with("\n]ccp.pcx\n]q dream 0 0\n"));
-    EXPECT_NE(record.Take(2).find(")" + wire::Position(map, {start.gx + 2, start.gy}) + "\n"), std::string::npos);
-    // On the way there is nothing to walk on.
-    game.Line(1, "m 3");
-    EXPECT_EQ(game.FindCharacter("Ada"), nullptr);
-    record.Take(1);
-    game.Line(1, "vascodagama");
-    EXPECT_EQ(game.FindCharacter("Ada")->scene->place.name, "dream");
-    EXPECT_NE(record.Take(1).find("\n(> Hello.\n"), std::string::npos);
-    game.Line(1, "m 3");
-    EXPECT_NE(record.Take(1).find("]ccp.pcx\n;maps\\lawn.map\n@" + wire::Position(map, {start.gx + 3, start.gy})),
-              std::string::npos);
-    // The second time the download fails.
-    game.Line(1, "m 7");
-    EXPECT_EQ(game.FindCharacter("Ada"), nullptr);
-    game.Line(1, "goback");
-    EXPECT_EQ(game.FindCharacter("Ada")->scene->place.name, "lawn");
-}
-
 TEST(World, EveryDoorCanBeReachedOnFoot) {
     for (const Place& place : MakePlaces()) {
         const Scene scene(place);
