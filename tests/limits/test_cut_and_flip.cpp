@@ -119,7 +119,8 @@ TEST_F(Damaged, SpriteArchives) {
 TEST_F(Damaged, PalettesAndColors) {
     const auto quiet = [] { return support::ErrorLogText().empty(); };
     const auto palette = [&] { return LoadPcxPalette("p.pcx"), quiet(); };
-    CutAndFlip({"palette", std::string(770, 'p'), FromFile("p.pcx", palette), [](std::size_t n) { return n >= 768; }});
+    CutAndFlip({"palette", std::string(770, 'p'), FromFile("p.pcx", palette), [](std::size_t n) { return n >= 768; }, 1,
+                false, false, false});
     ColorNames names;
     const auto nameList = [&] { return LoadColorNames(names), quiet(); };
     CutAndFlip(
