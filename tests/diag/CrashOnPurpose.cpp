@@ -23,12 +23,6 @@ int* volatile nowhere = nullptr;
     *nowhere = 1;  // crash: null
 }
 
-[[gnu::noinline]] void WriteNowhereWithoutHandles() {
-    const rlimit none{0, 4096};
-    setrlimit(RLIMIT_NOFILE, &none);
-    *nowhere = 1;  // crash: handles
-}
-
 [[gnu::noinline]] int Endless(int depth) {
     volatile char room[4096];
     room[0] = static_cast<char>(depth);  // crash: overflow
@@ -45,12 +39,6 @@ int* volatile nowhere = nullptr;
     auto* block = static_cast<char*>(std::malloc(100000));
     std::memset(block + malloc_usable_size(block), 0xFF, 8);
     nowhere = static_cast<int*>(std::malloc(100000));  // crash: heap
-}
-
-[[gnu::noinline]] void CallNowhere() {
-    auto* call = reinterpret_cast<void (*)()>(nowhere);
-    call();  // crash: call
-    asm volatile("");
 }
 
 // The unwinder has nothing to hold on to.
@@ -76,12 +64,10 @@ const struct {
 } manners[] = {
     {"null", WriteNowhere},
     {"many", CrashOnManyThreads},
-    {"handles", WriteNowhereWithoutHandles},
     {"overflow", [] { Endless(0); }},
     {"worker-overflow", OverflowOnAThread},
     {"exception", ThrowOutOfEverything},
     {"heap", UseBrokenHeap},
-    {"call", CallNowhere},
     {"no-stack", LoseTheStack},
 };
 

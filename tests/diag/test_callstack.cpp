@@ -89,13 +89,4 @@ TEST(CallStack, WithoutSymbolsReportsKeepTheirShape) {
     EXPECT_NE(CallStack(), "");
 }
 
-TEST(SkipFirstLine, CutsAfterTheFirstByteBelow32AsSigned) {
-    for (const auto& [text, rest] :
-         {std::pair<std::string, std::string>{"a\nb\n", "b\n"}, {"a\xE9z", "z"}, {"b", "b"}}) {
-        std::string cut = text;
-        EXPECT_EQ(SkipFirstLine(cut), rest);
-        EXPECT_EQ(cut, rest);
-    }
-}
-
 }  // namespace

@@ -57,11 +57,9 @@ TEST(Crash, LeavesFunctionAndLineInTheErrorLog) {
     const Row rows[] = {
         {"null", "null", SIGSEGV, "invalid memory access (SIGSEGV) at 0x0.  Program ended.\n", "WriteNowhere - "},
         {"many", "null", SIGSEGV, "invalid memory access (SIGSEGV) at 0x0.", "WriteNowhere - "},
-        {"handles", "handles", SIGSEGV, "invalid memory access (SIGSEGV) at 0x0.", "WriteNowhereWithoutHandles - "},
         {"overflow", "overflow", SIGSEGV, "invalid memory access (SIGSEGV) at 0x7", "Endless - "},
         {"worker-overflow", "overflow", SIGSEGV, "invalid memory access (SIGSEGV) at 0x7", "Endless - "},
         {"heap", "heap", SIGABRT, "abort (SIGABRT).", "UseBrokenHeap - "},
-        {"call", "call", SIGSEGV, "invalid memory access (SIGSEGV) at 0x0.", "CallNowhere - "},
         {"exception", "exception", SIGABRT,
          "abort (SIGABRT).  Program ended.\n  -exception nobody caught: nobody wants this\n",
          "ThrowOutOfEverything - "},

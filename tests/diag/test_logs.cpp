@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <cfloat>
 #include <cmath>
 
 #include "diag/LogFile.h"
@@ -18,15 +17,11 @@ TEST(FormatDouble, GeneralFormKeepsThePointAndDropsTheZeros) {
         const char* text;
     } rows[] = {
         {0.5, 20, "0.5"},
-        {3.0, 20, "3."},
         {0.1, 20, "0.10000000000000000555"},
         {0.05, 20, "5.0000000000000002776e-02"},
         {0.0, 20, "0."},
-        {-2.25, 20, "-2.25"},
         {1e19, 20, "10000000000000000000."},
         {1e20, 20, "1.e+20"},
-        {DBL_MAX, 20, "1.7976931348623157081e+308"},
-        {0.1, 16, "0.1"},
         {1e16, 16, "1.e+16"},
         {0.0999999999999999999, 16, "0.1"},  // rounds up into the next decimal exponent
         {INFINITY, 20, "inf"},
@@ -71,18 +66,6 @@ TEST(LogFile, EchoComesEvenWhenTheFileCannotBeOpened) {
     platform::SetDebuggerEcho(nullptr);
     EXPECT_EQ(echoed, "[a][b][c]");
     EXPECT_FALSE(folder.Has("no such folder"));
-}
-
-TEST(LogFile, TheFiveLogsStandInTheirFiles) {
-    const TestFolder folder;
-    for (const auto& [log, file] : {std::pair{&errorLog, "_error.txt"},
-                                    {&statLog, "_stat.txt"},
-                                    {&netLog, "_netlog.txt"},
-                                    {&shaderLog, "_shaders.txt"},
-                                    {&meshStatsLog, "_meshStats.txt"}}) {
-        log->Write(file);
-        EXPECT_EQ(folder.Read(file), file);
-    }
 }
 
 }  // namespace

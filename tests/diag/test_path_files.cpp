@@ -12,18 +12,6 @@ namespace {
 using Strings = std::vector<std::string>;
 using support::TestFolder;
 
-TEST(Paths, AreTakenApart) {
-    const Strings rows[] = {{"data\\ui\\bar.png", "data\\ui\\", "bar.png", "png", "data\\ui\\bar"},
-                            {"data/ui/bar.tar.gz", "data/ui/", "bar.tar.gz", "gz", "data/ui/bar.tar"},
-                            {"plain", "", "plain", "", "plain"},
-                            {".hidden", "", ".hidden", "hidden", ""},
-                            {"folder\\", "folder\\", "", "", "folder\\"}};
-    for (const Strings& row : rows)
-        EXPECT_EQ(
-            (Strings{row[0], DirectoryOf(row[0]), FileNameOf(row[0]), ExtensionOf(row[0]), WithoutExtension(row[0])}),
-            row);
-}
-
 TEST(Paths, TextsAreSplitReadAndCompared) {
     EXPECT_EQ(SplitTokens(",a, b,,c ,", ", "), (Strings{"a", "b", "c"}));
     for (const auto& [text, number] : {std::pair{"12abc", 12},

@@ -2,22 +2,9 @@
 
 #include <cstring>
 
-#include "diag/LogFile.h"
 #include "diag/SystemReport.h"
-#include "support/TestFolder.h"
 
 namespace {
-
-TEST(OsVersion, CodesFollowTheTable) {
-    const struct {
-        unsigned major, minor, family;
-        int code;
-    } rows[] = {{3, 51, 2, 1}, {4, 0, 2, 2}, {4, 0, 1, 3}, {4, 9, 1, 0}, {4, 10, 1, 4}, {4, 89, 1, 4}, {4, 90, 1, 5},
-                {4, 95, 1, 0}, {5, 0, 2, 6}, {5, 1, 2, 7}, {5, 2, 2, 8}, {5, 3, 2, 9},  {6, 0, 2, 9},  {10, 0, 2, 9}};
-    for (const auto& row : rows)
-        EXPECT_EQ(OsVersionCodeOf(row.major, row.minor, row.family), row.code) << row.major << "." << row.minor;
-    EXPECT_EQ(OsVersionCode(), 9);
-}
 
 std::uint32_t highestLeaf = 0, features = 0, leafOneB = 0;
 bool ScriptedCpu(std::uint32_t leaf, std::uint32_t registers[4]) {
@@ -58,14 +45,6 @@ TEST(CpuInfo, ReadsTheIdentification) {
     EXPECT_EQ(SystemReportText(0, false, none),
               "OS Version: Unable to determine...\nCPU info:\n  -(unable to determine)\n"
               "  -will assume 1 logical processors...\n\n");
-}
-
-TEST(SystemReport, GoesToTheStatisticsLog) {
-    const support::TestFolder folder;
-    WriteSystemReport();
-    CpuRecord cpu;
-    const bool identified = CpuInfo(cpu);
-    EXPECT_EQ(support::LogText("_stat.txt"), SystemReportText(OsVersionCode(), identified, cpu));
 }
 
 }  // namespace

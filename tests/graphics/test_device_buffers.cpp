@@ -142,20 +142,10 @@ TEST_F(Buffers, LocksFillAndDrawsNameTheirRange) {
     EXPECT_EQ(TakeErrors(), "");
 }
 
-TEST_F(Buffers, LossHandlersOnlyReport) {
+TEST_F(Buffers, HandlesMayOutliveTheFoundation) {
     std::optional<VertexBuffer> vertices(std::in_place);
     std::optional<IndexBuffer> indices(std::in_place);
-    for (int i = 0; i < 2; ++i)
-        ASSERT_TRUE(vertices->Create(3, litFormat, 32, false, false));
-    ASSERT_TRUE(indices->Create(3, false, false));
-    DXG::EndFrame0();
-    scripted.script.cooperativeLevel = {DeviceResult::DeviceNotReset};
-    EXPECT_TRUE(DXG::BeginFrame(0.01F, false, true));
-    EXPECT_EQ(TakeErrors(),
-              "Vertex Buffer Manager: handling device lost not done yet...\n"
-              "IndexBuffer::HandleDeviceLost not implemented yet...\n"
-              "Vertex Buffer Manager: handling device restore not done yet...\n"
-              "IndexBuffer::HandleDeviceRestored not implemented yet...\n");
+    ASSERT_TRUE(vertices->Create(3, litFormat, 32, false, false) && indices->Create(3, false, false));
     foundation.Stop();
     EXPECT_EQ(scripted.liveObjects, 0);
     vertices.reset();

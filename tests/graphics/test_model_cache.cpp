@@ -103,11 +103,7 @@ TEST_F(Models, DoWithoutABrokenCache) {
         std::string bytes, errors;
     } rows[] = {
         {"other magic", Cache(low + end, 1334), ""},
-        {"unknown record", Cache(low + "\x03"), "Bad TYPE byte in DoLoadBMBMHierarchy.\n" + failed},
         {"no end", Cache(low), "Bad TYPE byte in DoLoadBMBMHierarchy.\n" + failed},
-        {"two tops", Cache(low + low + end), "Too many parent bones after DoLoadBMBMHierarchy finished.\n" + failed},
-        {"missing child", Cache(low + "\x02" + BoneBody("b", "", {"low", "x"}) + end),
-         "Bone b asked for child x but it wasn't found...\n" + failed},
         {"child of itself", Cache("\x02" + BoneBody("b", "", {"b"}) + end),
          "Bone b asked for child b but it wasn't found...\n" + failed},
         {"unused mesh", Cache(mesh + mesh + low + low + end),
@@ -116,8 +112,6 @@ TEST_F(Models, DoWithoutABrokenCache) {
              failed},
         {"stride below the format", Cache("\x01" + MeshBody("", 31) + low + end),
          "Failed to make VB in Mesh::BinaryLoad.\n" + problem},
-        {"stride beyond the file", Cache("\x01" + MeshBody("", 255) + end), problem},
-        {"texture elsewhere", Cache("\x01" + MeshBody("\\etc\\x.png") + low + end), problem},
         {"texture above", Cache("\x01" + MeshBody("art\\..\\x.png") + low + end),
          "Bad: file name refused: \"..\\x.png\"\n" + problem},
     };
@@ -130,19 +124,6 @@ TEST_F(Models, DoWithoutABrokenCache) {
         G::EmptyModelRegistry();
         EXPECT_EQ(G::LiveBones(), 0U) << row.name;
     }
-}
-
-TEST_F(Models, TellOfCachesThatAreNone) {
-    folder.Write(cacheName, Cache(mesh, 1334));
-    G::ModelHeader header;
-    EXPECT_FALSE(G::LoadMeshBMBM("gen\\art\\m.bmbm", false, header));
-    EXPECT_FALSE(G::LoadMeshBMBM("gen\\none.bmbm", false, header));
-    EXPECT_EQ(Errors(),
-              "old version of: gen\\art\\m.bmbm so not loadable.  delete the cached mesh please.\n"
-              "Could not open file \"gen\\none.bmbm\" for LoadMeshBMBM.\n");
-    folder.Write(cacheName, Cache(std::string(1, '\0')));
-    EXPECT_TRUE(G::LoadMeshBMBM("gen\\art\\m.bmbm", false, header)) << "a model without bones";
-    EXPECT_EQ(header.topBone, nullptr);
 }
 
 TEST_F(Models, SurviveDamagedCaches) {
@@ -158,14 +139,6 @@ TEST_F(Models, SurviveDamagedCaches) {
     };
     support::CutAndFlip({"model cache", sound, load, [](std::size_t) { return false; }, 3});
     EXPECT_EQ(G::LiveBones(), 0U);
-    // The text is read in a damaged one's place, and the cache made again.
-    for (std::size_t length = 0; length < 10; ++length) {
-        folder.Write(cacheName, sound.substr(0, length));
-        EXPECT_TRUE(Load(model, text)) << length;
-        EXPECT_EQ(folder.Read(cacheName), sound) << length;
-        model.Release();
-        G::EmptyModelRegistry();
-    }
 }
 
 TEST_F(Models, AreNotDrawnWithIndicesBeyondTheirVertices) {
@@ -183,24 +156,14 @@ TEST_F(Models, AreNotCachedWhenTheyDoNotFit) {
     const std::string bone = "Bone { Name { b } Mesh { m } }\n";
     const std::string vertex = " 0 0 0 0 0 1 0 0";
     const std::string chunk = "Chunk { Vertices { PNT2 1" + vertex + " } Indices { 3 0 0 0 } } ";
-    const std::string longName(256, 'n');
-    const struct {
-        std::string text, reason;
-    } rows[] = {
-        {"RandomID { 1 } Mesh { Name { m } " + Repeated(chunk, 256) + "} " + bone,
-         "256 chunks of m, but at most 255 can be cached.\n"},
-        {"RandomID { 1 } Mesh { Name { " + longName + " } " + chunk + "} Bone { Mesh { " + longName + " } }\n",
-         "256 characters in the name of " + longName + ", but at most 255 can be cached.\n"},
-    };
-    for (const auto& row : rows) {
-        folder.Write(cacheName, "old");
-        EXPECT_TRUE(Load(model, row.text));
-        EXPECT_EQ(Errors(), "Note: model too large for its cache: " + row.reason +
-                                "An error occured trying to save gen\\art\\m.bmbm\n");
-        EXPECT_EQ(folder.Read(cacheName), "old");
-        model.Release();
-        G::EmptyModelRegistry();
-    }
+    folder.Write(cacheName, "old");
+    EXPECT_TRUE(Load(model, "RandomID { 1 } Mesh { Name { m } " + Repeated(chunk, 256) + "} " + bone));
+    EXPECT_EQ(Errors(),
+              "Note: model too large for its cache: 256 chunks of m, but at most 255 can be cached.\n"
+              "An error occured trying to save gen\\art\\m.bmbm\n");
+    EXPECT_EQ(folder.Read(cacheName), "old");
+    model.Release();
+    G::EmptyModelRegistry();
     // The welder keeps the low 16 bits of an index count, so that what is left of it would fit.
     folder.Write("art/m.mbm", "RandomID { 1 } Mesh { Name { m } Chunk { Vertices { PNT2 1" + vertex +
                                   " } Indices { 65538" + Repeated(" 0", 65538) + " } } } " + bone);

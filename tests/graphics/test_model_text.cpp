@@ -71,60 +71,23 @@ TEST_F(Models, TellWhatIsWrong) {
         bool loads;
         std::string errors;
     } rows[] = {
-        {"no bones", triangle, false, lazy + "Failed to load mesh: art\\m.mbm\n  -No bones found...\n" + stack},
         {"empty", "", false, "Failed to load mesh: art\\m.mbm\n  -No bones found...\n" + stack},
         {"lazy", triangle + root, true, lazy},
-        {"late identifier", triangle + "RandomID { 1 } " + root, true,
-         lazy + "Warning: .mbm file (art\\m.mbm), RandomID is only valid as first construct in the file.\n"},
         {"unknown", "Foo { a { b } c } " + triangle + root, true,
          lazy + "Warning parsing mesh(art\\m.mbm): unrecognized base construct: Foo\n"},
-        {"glued brace", "Mesh{ Name { x } } " + root, false,
-         lazy +
-             "Warning parsing mesh(art\\m.mbm): unrecognized base construct: Mesh{\n"
-             "Error parsing mesh: unexpected }\n"
-             "Warning parsing mesh(art\\m.mbm): unrecognized base construct: }\n" +
-             parsing("")},
         // The scope that is skipped for the brace would take the mesh with it, and the rest would load.
         {"closed once too often", "} Mesh { Name { lost } } " + triangle + root, false,
          "Error parsing mesh: unexpected }\n" + lazy +
              "Warning parsing mesh(art\\m.mbm): unrecognized base construct: }\n" + parsing("")},
-        {"closed too often", triangle + "} } " + root, false,
-         lazy +
-             "Error parsing mesh: unexpected }\n"
-             "Warning parsing mesh(art\\m.mbm): unrecognized base construct: }\n"
-             "Error parsing mesh: unexpected } while trying to skip scope.\n" +
-             parsing("")},
-        {"unknown at the end", "Foo ", false,
-         lazy +
-             "Warning parsing mesh(art\\m.mbm): unrecognized base construct: Foo\n"
-             "Error parsing mesh: never found opening {, trying to skip scope.\n" +
-             parsing("")},
-        {"no brace", "Mesh Name { x } ", false,
-         lazy + "Error parsing mesh: expected {... but found: Name\n" + parsing("")},
         {"errors unwind", "Mesh { Name { a } Chunk { Indices { 1 x } } Name { } }\n" + root, false,
          lazy +
              "Error parsing mesh: expected integer... but found: x\nError parsing mesh: unexpected }\n"
              "Warning parsing mesh: unknown Mesh sub-construct: Bone\nError parsing mesh: expected }... but found: \n" +
              parsing("Indices Chunk Mesh(name=a)    Name Mesh(name=})    Bone Mesh(name=})    ")},
-        {"ends early", "RandomID { 1 } Mesh { Name { a } Chunk { TextureB { 0", false,
-         "Error parsing mesh: expected }... but found: \nBad: file name refused: \"\"\nNote: mesh(art\\m.mbm) failed to load texture: art\\\n"
-         "Error parsing mesh: expected }... but found: \nError parsing mesh: expected }... but found: \n"},
         {"index out of range", "Mesh { Name { tri } Chunk { " + vertices + "Indices { 3 70000 1 -1 } } } " + root, true,
          lazy + outOfRange + "  -index value: 70000\n  -curMesh name: tri\n" + outOfRange +
              "  -index value: -1\n  -curMesh name: tri\n"
              "Bad: a chunk of mesh tri has an index beyond its vertices and is not drawn: art\\m.mbm\n"},
-        {"count beyond the file", root + "Mesh { Name { tri } Chunk { Indices { 99 1 2 } Vertices { PNC -1 } } }\n",
-         false,
-         lazy +
-             "Bad.. index list of 99 indices, which the file does not hold.\n"
-             "Bad.. vertex list of -1 vertices, which the file does not hold.\n" +
-             parsing("Indices Vertices Chunk Mesh(name=tri)    ")},
-        {"a million words", "Mesh { Name { " + Repeated("a ", 1'000'000) + "} } " + root, false,
-         lazy + "Error parsing mesh: expected }... but found: a\n"
-                "Warning parsing mesh: unknown Mesh sub-construct: a\n"
-                "Error parsing mesh: unexpected } while trying to skip scope.\n"},
-        {"a long word", "Mesh { Name { " + std::string(1'000'000, 'a') + " } } " + root, false,
-         lazy + "Error parsing mesh: a word of 1000000 characters is too long\n"},
         {"vertex type", "Mesh { Name { tri } Chunk { Vertices { PNT3 1 0 0 0 } } }\n", false,
          lazy + "Unsupported vertex type in Mesh.Chunk.Vertices: PNT3\n"},
         {"normals",
@@ -139,23 +102,8 @@ TEST_F(Models, TellWhatIsWrong) {
          lazy + "Bad texture stage in TextureC for texture art\\tri.png: 2\n"},
         {"nameless mesh", "Mesh { } " + root, false,
          lazy + "Error: A Mesh has no name (and hence no way for a bone to use it) in model: art\\m.mbm\n" + inMeshes},
-        {"missing mesh", root, false,
-         lazy + "Error attaching meshes to bones: Bone(root) asked for Mesh(tri) that couldn't be found.\n" + inMeshes},
-        {"missing child", "Bone { Name { a } Child { a } Child { z } }\n", false,
-         lazy + "Bone(a) asked for child \"a\" that doesn't exist.\n" + inBones},
-        {"two parents",
-         "Bone { Name { a } Child { b } Child { c } } Bone { Name { b } Child { c } } Bone { Name { c } }\n", false,
-         lazy + "Bone(b) asked for child \"c\", but that child already has a parent(a)\n" + inBones},
         {"circle", "Bone { Name { a } Child { b } } Bone { Name { b } Child { a } }\n", false,
          lazy + "Bone(b) asked for child \"a\", but that child is above it.\n" + inBones},
-        {"two tops", "Bone { Name { a } } Bone { Name { b } } Bone { Zip { } Name { c } }\n", false,
-         lazy + "Warning parsing mesh: unknown Bone sub-construct: Zip\n" +
-             "Error arranging bones: more than one bone with no parent was found.\n"
-             "  -previosly found top-bone name: a\n  -other top bone found: b\n"
-             "Error arranging bones: more than one bone with no parent was found.\n"
-             "  -previosly found top-bone name: a\n  -other top bone found: c\n" +
-             inBones},
-        {"brace for a name", "Bone { Name { { } }\n", false, lazy + "Error parsing mesh: unexpected {\n" + parsing("")},
         {"zero byte", std::string("Bone { Na\0me { } }\n", 18), true,
          lazy + "Warning parsing mesh: unknown Bone sub-construct: Name\n"},
     };
@@ -205,17 +153,6 @@ TEST_F(Models, SurviveDamagedTexts) {
             (void)load(sound.substr(0, at) + word + sound.substr(end));
     }
     EXPECT_EQ(G::LiveBones(), 0U);
-}
-
-TEST_F(Models, FailOnCallsThatCannotWork) {
-    EXPECT_FALSE(model.Load("a.mbm", true, false, false));
-    EXPECT_FALSE(model.Load("mbm", true, false, true));
-    EXPECT_FALSE(model.Load("none.MBM", true, true, false));
-    EXPECT_EQ(Errors(),
-              "No.  If optimize is false, then readableMeshes must be true.  Read the comment in GBMesh.h ... "
-              "...\nCannot load mesh (mbm).  Unrecognized file extension.\n" +
-                  stack + "Failed to open file: none.MBM\nFailed to load mesh: none.MBM\n" + stack);
-    EXPECT_EQ(support::LogText("_meshStats.txt"), "Model: mbm\nModel: none.MBM\n");
 }
 
 TEST(MeshTokenizer, ReadsTheLeadingPartOfNumbers) {

@@ -65,23 +65,6 @@ TEST_F(TextTest, AtlasHoldsTheGlyphsInEveryLife) {
     }
 }
 
-TEST_F(TextTest, AtlasesBySizeAndSpacing) {
-    // Size, side of the texture, pixel height, filter.
-    const std::array<float, 4> rows[] = {
-        {4, 256, 5, 1}, {15.9F, 256, 15, 1}, {16, 256, 16, 1}, {32, 512, 32, 3}, {1e30F, 1024, 64, 3}};
-    for (const auto& [size, side, height, filter] : rows) {
-        const auto atlas = G::GetFont("", size, false);
-        EXPECT_EQ(atlas->texture.Width(), side) << size;
-        EXPECT_EQ(atlas->pixelHeight, height) << size;
-        EXPECT_EQ(atlas->texture.Record()->api.filter, filter) << size;
-    }
-    EXPECT_EQ(G::GetFont("", 17, false), G::GetFont("Ariel", 16, false));
-    EXPECT_NE(G::GetFont("ariel", 16, false), G::GetFont("", 16, false));
-    EXPECT_NE(G::GetFont("", 16, true), G::GetFont("", 16, false));
-    foundation.Stop();
-    EXPECT_NE(support::LogText("_stat.txt").find("Font textures generated: 7\n\n"), std::string::npos);
-}
-
 TEST_F(TextTest, FailuresAreReportedAndTriedAgain) {
     G::Text text;
     text.SetText("abc");

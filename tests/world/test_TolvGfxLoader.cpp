@@ -2,8 +2,6 @@
 
 #include "WorldFixture.h"
 #include "demo/formats/SpriteWriter.h"
-#include "session/WorldPort.h"
-#include "world/FloorRenderer.h"
 
 namespace {
 
@@ -52,24 +50,6 @@ TEST_F(World, TexelsAreWrittenInTheTexturesOwnFormat) {
     for (const char* part : {"Lock on newly created texture failed while", "Texture create failed while doing"})
         EXPECT_NE(support::ErrorLogText().find(part + std::string(" floor tile conversion.\n")), std::string::npos);
     graphics.script = platform::DeviceScript();
-}
-
-TEST_F(World, DreamGraphicsReachTheRenderers) {
-    TolvMap& map = TolvMap::Current();
-    map.SetFloor(40, 40, 503);
-    map.SetLowXWall(40, 40, 55);  // texture 110, in wall_4
-    folder.Write("dream/floore.ts2", demo::WriteTs2({{3, Flat(5)}, {400, Flat(5)}}));
-    folder.Write("dream/wall_4.ts2", demo::WriteTs2({{110 - 7 - 48 - 3 * 18, Flat(5)}}));
-    TolvRenderer::Port().LoadDreamGraphics("dream\\");
-    int textured = 0;
-    for (const platform::ScriptedDraw& draw : Frame())
-        textured += draw.textures[0] ? 1 : 0;
-    EXPECT_EQ(textured, 2);
-    EXPECT_EQ(support::ErrorLogText(), "");
-    // A dream without floors leaves the floors' textures alone.
-    TolvRenderer::Port().LoadDreamGraphics("none\\");
-    EXPECT_EQ(support::ErrorLogText(), "No floors could be loaded for none\\!\n");
-    EXPECT_TRUE(Frame()[0].textures[0]);
 }
 
 }  // namespace

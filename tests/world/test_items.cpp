@@ -80,18 +80,8 @@ TEST_F(Items, ComeFromTheList) {
     EXPECT_TRUE(table.Find(100)->TopBone()->mesh.Overrides().empty()) << "the replacement is its own item's";
 }
 
-TEST_F(Items, DoWithoutAListOrAPlaceholder) {
+TEST_F(Items, DoWithoutAPlaceholder) {
     ItemTable table;
-    for (const char* list : {"", "\n\n", "x\n", "-5\n", "0\n"}) {
-        WriteList(list);
-        table.Load();
-        EXPECT_LE(table.Size(), 1U) << list;
-        EXPECT_EQ(table.Find(0), nullptr);
-    }
-    WriteList("2000000000\n");
-    table.Load();
-    EXPECT_EQ(table.Size(), 65536U);
-    EXPECT_EQ(SizeOf(table.Find(65535)), 1);
     folder.Write("data/items/placeholder.mbm", "");
     G::EmptyModelRegistry();
     WriteList("3\n2 lamp.mbm\n");

@@ -1,10 +1,12 @@
-// The world as the OpenGL device shows it.
+// The world and the items on it as the OpenGL device shows them.
 
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 
 #include "WorldFixture.h"
 #include "graphics/device/DXGState.h"
+#include "graphics/model/GBMesh.h"
 #include "platform/Window.h"
 #include "platform/gl/OpenGl.h"
 #include "session/WorldPort.h"
@@ -30,17 +32,26 @@ DXG::Texture Quarters(const std::array<std::uint32_t, 4>& texels) {
 class WorldPicture : public WorldOn {
   protected:
     void SetUp() override {
+        const std::string source = std::getenv("KELVANE_SOURCE_DIR");
+        for (const char* name : {"items/items.txt", "items/placeholder.mbm", "items/placeholder.png",
+                                 "shaders/simple.hlsl_v", "shaders/gbfont.hlsl_f"})
+            folder.Write(std::string("data/") + name, support::LogText(source + "/data/" + name));
         platform::UseOpenGl();
         platform::WindowFailure failure = platform::WindowFailure::None;
         window = platform::CreateMainWindow({"KelvaneTest", "", 800, 600}, failure);
         ASSERT_TRUE(window);
         Begin(*window);
     }
-    void TearDown() override { End(); }
+    void TearDown() override {
+        EXPECT_EQ(support::ErrorLogText() + support::LogText("_shaders.txt"), "");
+        G::EmptyModelRegistry();
+        End();
+        G::DestroyModelBones();
+    }
 
-    void Draw() {
+    void Draw(std::uint32_t ground) {
         ASSERT_TRUE(DXG::BeginFrame(0.02F, false, true));
-        DXG::Clear(0xFF000000U, true, true, true, 0);
+        DXG::Clear(ground, true, true, true, 0);
         TolvRenderer::Render();
         unsigned width = 0;
         unsigned height = 0;
@@ -59,7 +70,12 @@ class WorldPicture : public WorldOn {
         const double scale = 300 / std::tan(3.14159265 / 8) * length / (away * 6.8 + down * 7.9);
         const long column = std::lround(400 + (x - y) * s * scale);
         const long row = std::lround(300 - (away * 7.9 - down * 6.8) / length * scale);
-        return picture[static_cast<std::size_t>(row * 800 + column)] | 0xFF000000U;
+        return picture.at(static_cast<std::size_t>(row * 800 + column)) | 0xFF000000U;
+    }
+    // Mean of the three channels.
+    [[nodiscard]] double BrightnessAt(double x, double y, double z) const {
+        const std::uint32_t pixel = At(x, y, z);
+        return ((pixel >> 16 & 0xFFU) + (pixel >> 8 & 0xFFU) + (pixel & 0xFFU)) / 3.0;
     }
 
     std::unique_ptr<platform::Window> window;
@@ -82,7 +98,7 @@ TEST_F(WorldPicture, StandsTheRightWayRound) {
     data.MoveCharacter(0, 0, character);
     TolvRenderer::SetHoverCell(43, 37);
     TolvRenderer::Port().MarkFloorsDirtyNear(40, 40);
-    Draw();
+    Draw(0xFF000000U);
 
     EXPECT_EQ(At(40, 40, 0), grey);
     EXPECT_EQ(At(41.7F, 38.7F, 0), red);
@@ -101,6 +117,30 @@ TEST_F(WorldPicture, StandsTheRightWayRound) {
     // The character's topmost tip is green, its body half red over what is below.
     EXPECT_GT(At(41, 42.82F, 0.9F) >> 8 & 0xFFU, 0xC0U);
     EXPECT_GT(At(41.1F, 43.17F, 0.9F) >> 16 & 0xFFU, 0xC0U);
+}
+
+TEST_F(WorldPicture, CratesStandOnTheirCellsInTheLight) {
+    for (const auto& [gx, gy] : {std::pair{40, 40}, {42, 39}, {38, 41}})
+        TolvMap::Current().SetObject(gx, gy, 77);
+    TolvMap::Current().SetObject(39, 39, 2400);
+    Draw(0xFF203040U);
+    const double ground = (0x20 + 0x30 + 0x40) / 3.0;
+    // The three faces that the eye sees, over their whole area.
+    for (const auto& [gx, gy] : {std::pair{40, 40}, {42, 39}, {38, 41}}) {
+        double top = 0, east = 0, north = 0;
+        for (int i = 0; i < 49; ++i) {
+            const double across = 0.08 * (i % 7 - 3);
+            const double up = 0.34 + 0.08 * (i / 7 - 3);
+            top += BrightnessAt(gx + across, gy + up - 0.34, 0.68) / 49;
+            east += BrightnessAt(gx + 0.34, gy + across, up) / 49;
+            north += BrightnessAt(gx + across, gy + 0.34, up) / 49;
+        }
+        EXPECT_GT(top, east + 5) << gx;
+        EXPECT_GT(east, north + 5) << gx;
+        EXPECT_GT(north, ground + 15) << gx;
+    }
+    EXPECT_NEAR(BrightnessAt(39, 39, 0.3), ground, 1) << "object 2400";
+    EXPECT_NEAR(BrightnessAt(41, 41, 0.3), ground, 1) << "no object";
 }
 
 }  // namespace
