@@ -52,14 +52,11 @@ endfunction()
 
 # kelvane_test(NAME SOURCES file... USES library... [LABELS label...] [SCREEN])
 # One test program; each runs in a folder of its own below build/<preset>/test-run. SCREEN marks one that needs a display.
-# The sanitizer builds leave out what draws, the thread sanitizer's all but the tests labelled "threads"; the end-to-end tests
-# are in all of them. The target all_tests builds what there is.
+# The thread sanitizer's build leaves out all but the tests labelled "threads"; the end-to-end tests are in all of them. The
+# target all_tests builds what there is.
 add_custom_target(all_tests)
 function(kelvane_test name)
   cmake_parse_arguments(TEST "SCREEN" "" "SOURCES;USES;LABELS" ${ARGN})
-  if(KELVANE_SANITIZE AND TEST_SCREEN)
-    return()
-  endif()
   if(KELVANE_SANITIZE MATCHES thread AND NOT "threads" IN_LIST TEST_LABELS)
     return()
   endif()

@@ -2,7 +2,7 @@
 """The client in a real window against a server that misbehaves in each of its ways: it lives, it answers, it stays small.
 
 Usage: test_storms.py BINARIES [MODE...] or test_storms.py BINARIES I/N, the Ith of N parts of all modes. Of the environment
-KELVANE_STORM_SECONDS (4) is how long each storm lasts, KELVANE_STORM_TOGETHER (2) how many clients run at the same time,
+KELVANE_STORM_SECONDS (3) is how long each storm lasts, KELVANE_STORM_TOGETHER (2) how many clients run at the same time,
 each with a display and a server of its own, and KELVANE_STORM_KEEP a folder that gets the beginning of each error log.
 
 What is asked of the client:
@@ -134,7 +134,7 @@ def weather(binaries, mode, seconds):
 
 def main():
     binaries, names = sys.argv[1], sys.argv[2:]
-    seconds = float(os.environ.get('KELVANE_STORM_SECONDS', '4'))
+    seconds = float(os.environ.get('KELVANE_STORM_SECONDS', '3'))
     part = re.fullmatch(r'(\d+)/(\d+)', names[0]) if names else None
     if part or not names:
         usage = subprocess.run([f'{binaries}/kelvane-demo-server', '--help'], check=True, capture_output=True, text=True)
