@@ -12,6 +12,7 @@
 #include "graphics/model/ProfileRegion.h"
 #include "platform/Caps.h"
 #include "platform/FileSystem.h"
+#include "platform/Memory.h"
 
 namespace G {
 
@@ -185,7 +186,7 @@ bool LoadMeshBMBM(const std::string& path, bool readableMeshes, ModelHeader& hea
         return false;
     }
     const ProfileRegion region("Load BMBM file (binary)", "GBMesh_BMBM");
-    const auto bytes = std::make_unique_for_overwrite<char[]>(size);
+    const auto bytes = platform::AllocateToFill(size);
     const std::string_view all(bytes.get(), file.Read(bytes.get(), size));
     file.Close();
     if (ByteCursor(all).U32() != meshCacheMagic) {

@@ -1,11 +1,19 @@
 #include "platform/gl/GlBuffer.h"
 
+#include <new>
+
 #include "platform/gl/GlCheck.h"
 
 namespace platform::gl {
 
 Buffer::Buffer(std::shared_ptr<SharedState> state, std::size_t count, bool isDynamic)
-    : shared(std::move(state)), bytes(count), dynamic(isDynamic), id(shared->NextId()) {}
+    : shared(std::move(state)),
+      bytes(static_cast<std::uint8_t*>(std::calloc(count, 1))),
+      size(count),
+      dynamic(isDynamic),
+      id(shared->NextId()) {
+    if (!bytes) throw std::bad_alloc();
+}
 
 Buffer::~Buffer() {
     if (shared->bindings.vertexBuffer == this) shared->bindings.vertexBuffer = nullptr;
@@ -16,7 +24,7 @@ Buffer::~Buffer() {
 
 // Contents that may be forgotten are kept all the same: the whole buffer goes to the card anew anyway.
 void* Buffer::Lock(bool) {
-    return bytes.data();
+    return bytes.get();
 }
 
 void Buffer::Unlock() {
@@ -32,8 +40,7 @@ void Buffer::Bind(GLenum target) {
     glBindBuffer(target, name);
     if (!stale) return;
     // Giving the buffer new storage lets draws that still read the old one go on.
-    glBufferData(target, static_cast<GLsizeiptr>(bytes.size()), bytes.data(),
-                 dynamic ? GL_STREAM_DRAW : GL_STATIC_DRAW);
+    glBufferData(target, static_cast<GLsizeiptr>(size), bytes.get(), dynamic ? GL_STREAM_DRAW : GL_STATIC_DRAW);
     stale = false;
     CheckErrors("filling a buffer");
 }

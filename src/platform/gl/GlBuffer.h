@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdint>
+#include <cstdlib>
 #include <memory>
 #include <vector>
 
@@ -31,6 +32,7 @@ struct VertexArray {
 
 class Buffer : public DeviceBuffer {
   public:
+    // Filled with zeros. Throws std::bad_alloc.
     Buffer(std::shared_ptr<SharedState> state, std::size_t count, bool isDynamic);
     ~Buffer() override;
 
@@ -38,7 +40,7 @@ class Buffer : public DeviceBuffer {
     void Unlock() override;
 
     [[nodiscard]] std::uint64_t Id() const { return id; }
-    [[nodiscard]] std::size_t Size() const { return bytes.size(); }
+    [[nodiscard]] std::size_t Size() const { return size; }
     [[nodiscard]] bool NeedsRefresh() const { return stale || generation != shared->Generation(); }
     // Binds the card's copy, making or refreshing it first.
     void Bind(GLenum target);
@@ -47,7 +49,12 @@ class Buffer : public DeviceBuffer {
 
   private:
     std::shared_ptr<SharedState> shared;
-    std::vector<std::uint8_t> bytes;
+    struct Free {
+        void operator()(std::uint8_t* memory) const { std::free(memory); }
+    };
+    // From calloc, which has the zeros of a large buffer from the system instead of writing them.
+    std::unique_ptr<std::uint8_t[], Free> bytes;
+    std::size_t size = 0;
     bool dynamic = false;
     bool stale = true;
     std::uint64_t id = 0;
