@@ -8,6 +8,7 @@
 #include "graphics/device/DXGTexture.h"
 #include "graphics/text/GBText.h"
 #include "net/NetClient.h"
+#include "platform/Caps.h"
 
 namespace G {
 class TextWindow;
@@ -34,7 +35,7 @@ class CMain : public Scene {
 
     std::string inputLine;
     G::Text inputText;
-    NET::Client netClient;
+    NET::Client netClient{caps::gameBufferBytes};
     G::Text transferText;
     G::TextWindow* textWindow = nullptr;
     DXG::Texture scrollTrack;

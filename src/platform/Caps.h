@@ -85,6 +85,8 @@
     CAP(std::size_t, receiveBufferBytes, 8ULL << 20, "bytes",                                                          \
         "What a connection received and its owner did not take yet, all of which is logged and handled in one "        \
         "frame. The rest stays in the system's buffers, and the peer has to wait.")                                    \
+    CAP(std::size_t, gameBufferBytes, 4ULL << 20, "bytes",                                                             \
+        "The same for the game server, all of whose lines are handled in the frame in which they are taken.")          \
     CAP(std::size_t, downloadBufferBytes, 2ULL << 20, "bytes",                                                         \
         "The same for a download, sixteen of which may wait for their turn: two of the largest blocks.")               \
     CAP(std::size_t, receivePassBytes, 4ULL << 20, "bytes",                                                            \

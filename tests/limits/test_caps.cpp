@@ -326,6 +326,7 @@ const char* const elsewhere[][2] = {
     {"receiveBufferBytes", "test_NetClient"},
     {"receivePassBytes", "test_NetClient, by what the lock lets through"},
     {"labelBytes", "test_TolvSession"},
+    {"gameBufferBytes", "test_NetClient, as another number"},
     {"downloadBufferBytes", "test_NetClient, as another number"},
     {"connectSeconds", "test_NetClient"},
     {"postureMessages", "test_TolvSession"},
