@@ -2,18 +2,12 @@
 
 #include <vector>
 
+#include "demo/server/Loopback.h"
+
 namespace demo {
 
 bool PeerDoor::Listen(std::uint16_t wantedPort, std::string& reason) {
-    const asio::ip::tcp::endpoint here(asio::ip::address_v4::loopback(), wantedPort);
-    asio::error_code failure;
-    acceptor.open(here.protocol(), failure);
-    if (!failure) acceptor.set_option(asio::socket_base::reuse_address(true), failure);
-    if (!failure) acceptor.bind(here, failure);
-    if (!failure) acceptor.listen(asio::socket_base::max_listen_connections, failure);
-    if (!failure) port = acceptor.local_endpoint(failure).port();
-    if (failure) reason = failure.message();
-    return !failure;
+    return ListenOnLoopback(acceptor, wantedPort, port, reason);
 }
 
 void PeerDoor::Accept(Peer::Listener& theListener, std::function<void(Peer&)> theWelcome) {

@@ -5,6 +5,8 @@
 #include <fstream>
 #include <iterator>
 
+#include "demo/server/Loopback.h"
+
 namespace demo {
 
 namespace {
@@ -28,15 +30,7 @@ StormServer::StormServer(const std::filesystem::path& folder, std::vector<const 
       files(io) {}
 
 bool StormServer::Door::Listen(std::uint16_t wanted, std::string& reason) {
-    const asio::ip::tcp::endpoint here(asio::ip::address_v4::loopback(), wanted);
-    asio::error_code failure;
-    acceptor.open(here.protocol(), failure);
-    if (!failure) acceptor.set_option(asio::socket_base::reuse_address(true), failure);
-    if (!failure) acceptor.bind(here, failure);
-    if (!failure) acceptor.listen(asio::socket_base::max_listen_connections, failure);
-    if (!failure) port = acceptor.local_endpoint(failure).port();
-    if (failure) reason = failure.message();
-    return !failure;
+    return ListenOnLoopback(acceptor, wanted, port, reason);
 }
 
 void StormServer::Door::Accept(const std::function<std::unique_ptr<Storm>()>& visit) {
