@@ -75,17 +75,17 @@ bool MbmReader::LinkChild(BoneRecord& parent, const std::string& childName) {
     const auto child = std::find_if(bones.begin(), bones.end(), [&](const BoneRecord& other) {
         return &other != &parent && other.bone->name == childName;
     });
-    const std::string asked = "Bone(" + parent.bone->name + ") asked for child \"" + childName + "\"";
+    const std::string asked = "Bone(" + parent.bone->name + ") asked for child \"" + childName;
     if (child == bones.end()) {
-        Tell(asked + " that doesn't exist.\n");
+        Tell(asked + "\" that doesn't exist.\n");
         return false;
     }
     if (child->hasParent) {
-        Tell(asked + ", but that child already has a parent(" + child->bone->Parent()->name + ")\n");
+        Tell(asked + "\", but that child already has a parent(" + child->bone->Parent()->name + ")\n");
         return false;
     }
     if (parent.bone->IsAtOrBelow(*child->bone)) {
-        Tell(asked + ", but that child is above it.\n");
+        Tell(asked + "\", but that child is above it.\n");
         return false;
     }
     parent.bone->AttachChild(*child->bone, true, false, false);
