@@ -107,7 +107,7 @@ TEST_F(TolvSessionTest, OrdersThatTakeLongLeaveTimeForAFrame) {
     } slow;
     LogIn();
     std::string talk;
-    for (int i = 0; i < 400000; ++i)
+    for (int i = 0; i < 2500000; ++i)
         talk += "(a\n";
     Poll(talk);
     EXPECT_FALSE(session.HasUnhandled()) << "talk is all heard at once";
